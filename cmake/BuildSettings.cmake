@@ -1,0 +1,22 @@
+# Language level, warnings and sanitizers of every target of this project.
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_compile_options(-Wall -Wextra -Wpedantic $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow> -Wnon-virtual-dtor -Wold-style-cast -Wconversion)
+add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_DEPRECATED_WARNINGS)
+if(SONVEX_WARNINGS_AS_ERRORS)
+    add_compile_options(-Werror)
+endif()
+if(SONVEX_SANITIZE)
+    add_compile_options(-fsanitize=${SONVEX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${SONVEX_SANITIZE})
+endif()

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "avb/AvtpFrame.h"
+#include "avb/AvtpPacketBoundaryChecker.h"
+
+namespace avb {
+
+/// Tells whether a frame comes from one stream's source, and whether it follows the frame before it.
+class AvtpPacketChecker : public AvtpPacketBoundaryChecker {
+    Q_OBJECT
+
+public:
+    /// @param sourceMac 12 hexadecimal digits; another length warns, and leaves a checker that no real frame passes
+    AvtpPacketChecker(const std::string &sourceMac, std::uint32_t maximumChannelAmount, QObject *parent);
+    ~AvtpPacketChecker() override;
+
+    /// Each pair of characters is read as strtol reads it with base 16, so what is no digit counts as 0.
+    void setSourceMacAddress(const std::string &text);
+    bool isPacketConform(const AvtpFrame &frame) const;
+    /// Also takes the frame's declared channel amount and data length over, for the checks that follow.
+    bool isSequenceNrInOrder(const AvtpFrame &frame);
+
+private:
+    bool readDeclaredFields(const AvtpFrame &frame);
+
+    std::string sourceMacText;
+    AvtpFrame::MacAddress sourceMac{};
+    bool firstPacket = true;
+    std::uint8_t lastSequenceNumber = 0;
+};
+
+} // namespace avb

@@ -1,0 +1,86 @@
+#include "core/facade/Sonvex.h"
+
+#include <QMetaType>
+
+#include <sonvex/exceptions.h>
+
+#include "core/configuration/ProcessConfiguration.h"
+#include "core/configuration/StreamConfiguration.h"
+#include "core/data/ChannelData.h"
+#include "core/logging/Log.h"
+#include "core/messages/ChannelAmountChanged.h"
+#include "core/metering/MeteringDataSource.h"
+#include "core/metering/ProcessConnection.h"
+#include "engine/processing/ProcessorHandle.h"
+#include "engine/streaming/NetworkReceiverHandle.h"
+
+Sonvex::Sonvex() {
+    qRegisterMetaType<std::size_t>("std::size_t");
+    qRegisterMetaType<std::string>("std::string");
+    qRegisterMetaType<sonvex::ChannelData>("sonvex::ChannelData");
+    qRegisterMetaType<std::shared_ptr<sonvex::BaseMessage>>("std::shared_ptr<sonvex::BaseMessage>");
+    qRegisterMetaType<std::shared_ptr<sonvex::ChannelAmountChanged>>("std::shared_ptr<sonvex::ChannelAmountChanged");
+    connect(&streamingEngine, &engine::streaming::StreamingEngine::message, this, &Sonvex::forwardMessage);
+}
+
+Sonvex::~Sonvex() {
+    static constexpr char context[] = "Sonvex::~Sonvex";
+    logging::debug(context, "Destructor called!");
+    for (auto &entry : meteringDataSources) {
+        entry.second.reset();
+    }
+    logging::debug(context, "Metering data sources cleared!");
+}
+
+sonvex::ihandles::INetworkReceiverHandle &Sonvex::addRemoteStreamReceiver(sonvex::IStreamConfiguration &configuration) {
+    auto &stream = dynamic_cast<sonvex::StreamConfiguration &>(configuration);
+    streamingEngine.addRemoteStreamReceiver(stream);
+    return *streamingEngine.getNetworkDeviceHandle(stream.getNetworkDeviceInfo()->getSystemDeviceName());
+}
+
+sonvex::ihandles::IProcessorHandle &Sonvex::addProcessor(sonvex::IProcessConfiguration &configuration) {
+    avb::AvbAudioBuffer &audioBuffer =
+        *streamingEngine.getAudioBuffer(configuration.getDeviceMacAddress(), configuration.getChannelNumber());
+    auto &process = dynamic_cast<sonvex::ProcessConfiguration &>(configuration);
+    engine::processing::ProcessorHandle &handle = *processorEngine.addProcessor(process, audioBuffer);
+    // A processor that comes back under its unique ID finds its source, and with it the host's binding.
+    auto &source = meteringDataSources[handle.getUniqueId()];
+    if (!source) {
+        source = std::make_unique<sonvex::MeteringDataSource>(process.getName());
+    }
+    processorEngine.getProcessConnection(handle)->setCallbackMethod(source->getChannelCallback());
+    return handle;
+}
+
+void Sonvex::removeProcessor(sonvex::ihandles::IProcessorHandle &handle) {
+    processorEngine.removeProcessor(dynamic_cast<engine::processing::ProcessorHandle &>(handle));
+}
+
+sonvex::IMeteringDataSource &Sonvex::getMeteringDataSource(sonvex::ihandles::IProcessorHandle &handle) {
+    const std::string uniqueId = handle.getUniqueId();
+    const auto source = meteringDataSources.find(uniqueId);
+    if (source == meteringDataSources.end()) {
+        const std::string text =
+            "The requested MeteringDataSource is not available for processor handle unique ID: " + uniqueId;
+        logging::refuse(exceptions::ResourceNotAvailable(text), "Sonvex::getMeteringDataSource", text);
+    }
+    return *source->second;
+}
+
+void Sonvex::setMessageReceiver(const std::function<void(std::shared_ptr<sonvex::imessages::IBaseMessage>)> &receiver) {
+    messageReceiver = receiver;
+    logging::debug("Sonvex::setMessageReceiver", "Successfully registered the main application message receiver");
+}
+
+void Sonvex::endRun() {
+    processorEngine.stop();
+    streamingEngine.stop();
+    streamingEngine.endRun();
+    processorEngine.endRun();
+}
+
+void Sonvex::forwardMessage(std::shared_ptr<sonvex::BaseMessage> message) {
+    if (messageReceiver) {
+        messageReceiver(message);
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include <QObject>
+
+#include <sonvex/ISonvex.h>
+
+#include "core/messages/BaseMessage.h"
+#include "engine/processing/ProcessorEngine.h"
+#include "engine/streaming/StreamingEngine.h"
+
+namespace sonvex {
+class MeteringDataSource;
+} // namespace sonvex
+
+/**
+ * The facade: converts the host's references to the library's own classes, drives the two engines in order, keeps the
+ * metering data sources and forwards messages. No lock: it belongs to the thread that loaded the library.
+ */
+class Sonvex : public ISonvex, public QObject {
+public:
+    /// Registers the types that cross threads in queued calls.
+    Sonvex();
+    /// Ends everything: the sources first, then all processors, then all captures.
+    ~Sonvex() override;
+
+    Sonvex(const Sonvex &) = delete;
+    Sonvex &operator=(const Sonvex &) = delete;
+
+    sonvex::ihandles::INetworkReceiverHandle &
+    addRemoteStreamReceiver(sonvex::IStreamConfiguration &configuration) override;
+    sonvex::ihandles::IProcessorHandle &addProcessor(sonvex::IProcessConfiguration &configuration) override;
+    void removeProcessor(sonvex::ihandles::IProcessorHandle &handle) override;
+    sonvex::IMeteringDataSource &getMeteringDataSource(sonvex::ihandles::IProcessorHandle &handle) override;
+    void
+    setMessageReceiver(const std::function<void(std::shared_ptr<sonvex::imessages::IBaseMessage>)> &receiver) override;
+
+    /// Stops everything and returns once nothing reads a configuration any more.
+    void endRun();
+
+private:
+    void forwardMessage(std::shared_ptr<sonvex::BaseMessage> message);
+
+    engine::streaming::StreamingEngine streamingEngine;
+    engine::processing::ProcessorEngine processorEngine;
+    std::map<std::string, std::unique_ptr<sonvex::MeteringDataSource>> meteringDataSources; ///< by handle's unique ID
+    std::function<void(std::shared_ptr<sonvex::imessages::IBaseMessage>)> messageReceiver;
+};

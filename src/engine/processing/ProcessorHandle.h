@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <QObject>
+
+#include <sonvex/IProcessorHandle.h>
+
+#include "core/data/StringOverloadBase.h"
+
+namespace engine::processing {
+
+/**
+ * What the host holds of a processor. It outlives the processor, and is bound again when one of the same unique ID is
+ * added. Calls and signals run on the caller's thread, the host's.
+ */
+class ProcessorHandle : public QObject, public StringOverloadBase, public sonvex::ihandles::IProcessorHandle {
+    Q_OBJECT
+
+public:
+    ProcessorHandle(std::string uniqueId, QObject *parent);
+
+    void start() override;
+    void stop() override;
+    bool isProcessingActive() const override;
+    std::string getUniqueId() const override;
+    bool isHandleBound() const override;
+    std::string toString() const override;
+
+    void setActiveStateProvider(std::function<bool()> provider);
+    /// Unbinding forgets the provider as well.
+    void setHandleBound(bool bound);
+
+Q_SIGNALS:
+    /// Both carry the handle's unique ID.
+    void start(std::string uniqueId);
+    void stop(std::string uniqueId);
+
+private:
+    std::string uniqueId;
+    std::function<bool()> activeStateProvider; ///< never empty
+    bool boundToSocket = false;
+};
+
+} // namespace engine::processing

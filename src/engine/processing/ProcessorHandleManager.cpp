@@ -1,0 +1,82 @@
+#include "engine/processing/ProcessorHandleManager.h"
+
+#include <sonvex/exceptions.h>
+
+#include "core/logging/Log.h"
+#include "engine/processing/ProcessorHandle.h"
+#include "engine/processing/ProcessorSocket.h"
+
+namespace engine::processing {
+
+ProcessorHandleManager::ProcessorHandleManager() {
+    logging::debug("engine::processing::ProcessorHandleManager::ProcessorHandleManager", "Created!");
+}
+
+ProcessorHandleManager::~ProcessorHandleManager() {
+    static constexpr char context[] = "engine::processing::ProcessorHandleManager::~ProcessorHandleManager";
+    for (auto &entry : handles) {
+        entry.second.reset();
+    }
+    logging::debug(context, "Processor handles cleared!");
+    logging::debug(context, "Deleted!");
+}
+
+ProcessorHandle *ProcessorHandleManager::getHandle(ProcessorSocket &socket) {
+    return handles.count(socket.getUniqueId()) != 0 ? enableHandle(socket) : addHandle(socket);
+}
+
+ProcessorHandle *ProcessorHandleManager::addHandle(ProcessorSocket &socket) {
+    const std::string uniqueId = socket.getUniqueId();
+    auto &handle = handles[uniqueId];
+    handle = std::make_unique<ProcessorHandle>(uniqueId, nullptr);
+    socket.bindHandle(*handle);
+    logging::debug("engine::processing::ProcessorHandleManager::addHandle",
+                   "Created new Processor handle with unique ID '", uniqueId,
+                   "' and added to processor socket: ", socket.getName());
+    return handle.get();
+}
+
+ProcessorHandle *ProcessorHandleManager::enableHandle(ProcessorSocket &socket) {
+    static constexpr char context[] = "engine::processing::ProcessorHandleManager::enableHandle";
+    const std::string uniqueId = socket.getUniqueId();
+    ProcessorHandle &handle = *handles.at(uniqueId);
+    if (handle.isHandleBound()) {
+        const std::string text = "Processor handle with unique ID '" + uniqueId +
+                                 "' is already bound and cannot be bind to processor socket: " + socket.getName();
+        logging::refuse(exceptions::ResourceNotAvailable(text), context, text);
+    }
+    socket.bindHandle(handle);
+    logging::debug(context, "Processor handle with unique ID '", uniqueId,
+                   "' reactivated to processor socket: ", socket.getName());
+    return &handle;
+}
+
+bool ProcessorHandleManager::deactivateProcessorHandle(ProcessorSocket &socket) {
+    static constexpr char context[] = "engine::processing::ProcessorHandleManager::deactivateProcessorHandle";
+    const std::string uniqueId = socket.getUniqueId();
+    const auto handle = handles.find(uniqueId);
+    if (handle == handles.end()) {
+        logging::warning(context, "Processor handle with unique ID '", uniqueId,
+                         "' is not available and cannot be deactiaved by processor socket: ", socket.getName());
+        return false;
+    }
+    handle->second->setHandleBound(false);
+    logging::debug(context, "Processor handle with unique ID '", uniqueId, "' is unbound now!");
+    return true;
+}
+
+void ProcessorHandleManager::stopAllHandles() {
+    for (const auto &entry : handles) {
+        entry.second->stop();
+    }
+}
+
+std::string ProcessorHandleManager::toString() const {
+    std::string text = "ProcessorHandleManager\n\tList of managed processor handles (UID's):\n";
+    for (const auto &entry : handles) {
+        text += "\t\t" + entry.first + "\n";
+    }
+    return text;
+}
+
+} // namespace engine::processing

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include <QObject>
+
+#include "core/messages/BaseMessage.h"
+
+namespace avb {
+class AvbAudioBuffer;
+} // namespace avb
+namespace sonvex {
+class StreamConfiguration;
+} // namespace sonvex
+
+namespace engine::streaming {
+
+class NetworkReceiver;
+class NetworkReceiverHandle;
+
+/**
+ * The register of streams: one receiver per adapter, each with any number of streams.
+ * All operations belong on the host's thread; the maps have no lock. message is emitted there, too.
+ */
+class StreamingEngine : public QObject {
+    Q_OBJECT
+
+public:
+    explicit StreamingEngine(QObject *parent = nullptr);
+    /// Ends all captures and receivers and waits for their threads.
+    ~StreamingEngine() override;
+
+    /// Adds a stream, with a receiver if it is the first on its adapter. @throws what the two below throw
+    void addRemoteStreamReceiver(sonvex::StreamConfiguration &configuration);
+    /// @throws exceptions::InstanceNotCreateable if the adapter cannot be opened
+    void initiateNetworkReceiver(sonvex::StreamConfiguration &configuration);
+    /// @throws exceptions::StreamingDeviceAlreadyExists if the MAC is registered, on whatever adapter
+    /// @throws exceptions::InstanceNotCreateable if the device has no channels
+    void addNetworkStreamToNetworkReceiver(sonvex::StreamConfiguration &configuration);
+
+    /// Owned by the stream's receiver. @throws exceptions::ResourceNotAvailable
+    avb::AvbAudioBuffer *getAudioBuffer(const std::string &mac, unsigned int channelNumber) const;
+    /// @param uid the adapter's system name. @throws exceptions::ResourceNotAvailable
+    NetworkReceiverHandle *getNetworkDeviceHandle(const std::string &uid) const;
+
+    /// Breaks all captures; does not wait for their ends.
+    void stop();
+    /// Returns once no capture reads a configuration any more; the receivers cannot be started again.
+    void endRun();
+
+Q_SIGNALS:
+    void message(std::shared_ptr<sonvex::BaseMessage> message);
+
+private:
+    const std::string packetFilter = "ether proto 0x22f0";
+    const std::uint8_t avtpSubtype = 2;                                       ///< AVTP Audio Format
+    std::map<std::string, std::unique_ptr<NetworkReceiver>> networkReceivers; ///< by UID
+    std::map<std::string, std::string> streamRegistry;                        ///< MAC text to UID
+};
+
+} // namespace engine::streaming

@@ -1,0 +1,37 @@
+#include "pcapplus/PacketHandlerSlot.h"
+
+#include <utility>
+
+#include "core/logging/Log.h"
+
+namespace pcapplus {
+
+void dummyPacketHandler(u_char * /*user*/, const pcap_pkthdr * /*header*/, const u_char * /*bytes*/) {
+    logging::warning("dummyPacketHandler", "Pcap++ callback not bound! Please call method 'registerCallback'",
+                     "to bind a valid receiver!");
+}
+
+void forwardCapturedPacket(u_char *user, const pcap_pkthdr *header, const u_char *bytes) {
+    PacketHandlerSlot::instance().forward(user, header, bytes);
+}
+
+PacketHandlerSlot &PacketHandlerSlot::instance() {
+    static PacketHandlerSlot &slot = *new PacketHandlerSlot;
+    return slot;
+}
+
+PacketHandlerSlot::PacketHandlerSlot() : handler(dummyPacketHandler) {}
+
+void PacketHandlerSlot::set(PacketHandler newHandler) {
+    pthread_rwlock_wrlock(&lock);
+    handler.swap(newHandler);
+    pthread_rwlock_unlock(&lock);
+}
+
+void PacketHandlerSlot::forward(u_char *user, const pcap_pkthdr *header, const u_char *bytes) {
+    pthread_rwlock_rdlock(&lock);
+    handler(user, header, bytes);
+    pthread_rwlock_unlock(&lock);
+}
+
+} // namespace pcapplus

@@ -1,0 +1,65 @@
+#include "pcapplus/RunPcapEventLoop.h"
+
+#include <chrono>
+
+#include <sys/time.h>
+
+#include <QThreadPool>
+
+#include "core/logging/Log.h"
+#include "pcapplus/PacketHandlerSlot.h"
+
+namespace pcapplus {
+
+namespace {
+
+/// The frames that the kernel gathered before the launch lie at the front of the ring. Skipping ends with the first one
+/// that is newer, or after a second: the clock that stamps frames may be set back meanwhile.
+struct Gathered {
+    timeval launch;
+    std::chrono::steady_clock::time_point patience;
+    bool skipping;
+};
+
+void forwardFromLaunchOn(u_char *user, const pcap_pkthdr *header, const u_char *bytes) {
+    auto &gathered = *reinterpret_cast<Gathered *>(user);
+    if (gathered.skipping) {
+        gathered.skipping =
+            timercmp(&header->ts, &gathered.launch, <) != 0 && std::chrono::steady_clock::now() < gathered.patience;
+        if (gathered.skipping) {
+            return;
+        }
+    }
+    forwardCapturedPacket(nullptr, header, bytes);
+}
+
+} // namespace
+
+RunPcapEventLoop::RunPcapEventLoop(const std::string &name, pcap_t *handle, GatheredFrames gathered)
+    : name(name), handle(handle), launch{} {
+    setAutoDelete(true);
+    if (gathered == GatheredFrames::Skip) {
+        gettimeofday(&launch, nullptr);
+    }
+}
+
+RunPcapEventLoop::~RunPcapEventLoop() {
+    logging::debug("pcapplus::RunPcapEventLoop::~RunPcapEventLoop", name, "Released!");
+}
+
+void RunPcapEventLoop::run() {
+    static constexpr char context[] = "pcapplus::RunPcapEventLoop::run";
+    logging::debug(context, name, "PCAP listener active");
+    // The kernel fills the ring from the moment that the adapter is open, and drops what comes once it is full: a loop
+    // that began with these frames would deliver the past, and then a gap.
+    Gathered gathered{launch, std::chrono::steady_clock::now() + std::chrono::seconds(1), timerisset(&launch)};
+    pcap_loop(handle, 0, forwardFromLaunchOn, reinterpret_cast<u_char *>(&gathered));
+    logging::debug(context, name, "PCAP listener INACTIVE");
+    QThreadPool::globalInstance()->reserveThread();
+}
+
+std::future<void> RunPcapEventLoop::getEnd() {
+    return end.get_future();
+}
+
+} // namespace pcapplus
