@@ -1,0 +1,46 @@
+#include "analyser/AdapterProbe.h"
+
+#include <optional>
+#include <utility>
+
+#include <net/if.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace analyser {
+
+namespace {
+
+/// Nothing for what is no interface.
+std::optional<short> interfaceFlags(const std::string &name) {
+    ifreq request{};
+    if (name.size() >= sizeof(request.ifr_name)) {
+        return std::nullopt;
+    }
+    name.copy(request.ifr_name, name.size());
+    const int descriptor = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    const bool answered = ::ioctl(descriptor, SIOCGIFFLAGS, &request) == 0;
+    ::close(descriptor);
+    return answered ? std::optional(request.ifr_flags) : std::nullopt;
+}
+
+} // namespace
+
+AdapterProbe::AdapterProbe(std::string newName) : name(std::move(newName)), existed(interfaceFlags(name).has_value()) {}
+
+AdapterState AdapterProbe::state() const {
+    const auto flags = interfaceFlags(name);
+    if (!flags) {
+        return existed ? AdapterState::gone : AdapterState::unknown;
+    }
+    if ((*flags & IFF_UP) == 0) {
+        return AdapterState::down;
+    }
+    return (*flags & IFF_RUNNING) == 0 ? AdapterState::noLink : AdapterState::up;
+}
+
+} // namespace analyser

@@ -1,0 +1,158 @@
+#include "analyser/LiveView.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <sonvex/IVectorData.h>
+#include <sonvex/version.h>
+
+#include "analyser/BrailleCurve.h"
+#include "analyser/Output.h"
+#include "analyser/Text.h"
+
+namespace analyser {
+
+namespace {
+
+constexpr char enterScreen[] = "\x1b[?1049h\x1b[?25l\x1b[2J";
+constexpr char leaveScreen[] = "\x1b[?25h\x1b[?1049l";
+constexpr char home[] = "\x1b[H";
+constexpr char clearToLineEnd[] = "\x1b[K";
+constexpr char clearToScreenEnd[] = "\x1b[J";
+
+constexpr int redrawPeriod = 70; // ms
+constexpr std::size_t shownMessages = 3;
+constexpr double finestScale = 1.0 / 4096;
+
+/// The next power of two that holds the peak. It shrinks late, so that the view doesn't flicker.
+double fittingScale(double scale, double peak) {
+    while (scale < peak) {
+        scale *= 2;
+    }
+    while (scale > finestScale && peak < scale / 4) {
+        scale /= 2;
+    }
+    return std::min(scale, 1.0);
+}
+
+} // namespace
+
+LiveView::LiveView(Output &newOutput, const MonitorOptions &newOptions) : ResultSink(newOutput), options(newOptions) {
+    redraw.setSingleShot(true);
+    redraw.setInterval(redrawPeriod);
+    QObject::connect(&redraw, &QTimer::timeout, &redraw, [this] { draw(); });
+}
+
+LiveView::~LiveView() {
+    leave();
+}
+
+bool LiveView::isPossible(const Output &output) {
+    const char *terminal = std::getenv("TERM");
+    return ::isatty(output.descriptor()) == 1 && terminal && std::string_view(terminal) != "dumb";
+}
+
+void LiveView::begin() {
+    entered = true;
+    output.write(enterScreen);
+    drawSoon();
+}
+
+void LiveView::result(const Result &result) {
+    auto &curve = curves[result.analysis.name];
+    curve.values = result.data.getY();
+    curve.scale = fittingScale(curve.scale, peakOf(curve.values));
+    drawSoon();
+}
+
+void LiveView::message(const sonvex::imessages::IBaseMessage &message) {
+    messages.push_back(text::describe(message));
+    if (messages.size() > shownMessages) {
+        messages.pop_front();
+    }
+    drawSoon();
+}
+
+void LiveView::progress(const Progress &progress) {
+    latest = progress;
+    drawSoon();
+}
+
+void LiveView::summary(const Progress &progress) {
+    leave();
+    output.write(summaryText(progress, ""));
+}
+
+void LiveView::leave() {
+    redraw.stop();
+    if (entered) {
+        output.write(leaveScreen);
+        entered = false;
+    }
+}
+
+void LiveView::drawSoon() {
+    if (!redraw.isActive()) {
+        redraw.start();
+    }
+}
+
+LiveView::Size LiveView::windowSize() const {
+    winsize size{};
+    const bool known = ::ioctl(output.descriptor(), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0;
+    return known ? Size{size.ws_col, size.ws_row} : Size{80, 24};
+}
+
+void LiveView::draw() {
+    const Size size = windowSize();
+    std::vector<std::string> lines{"sonvex-analyser " + qo::sonvexLib::getVersion() + "  " + options.device + "  " +
+                                       text::fixed(latest.seconds, 0) + " s  clock " + options.clock.toString() +
+                                       "  buffer " + std::to_string(options.bufferSize),
+                                   "missed " + std::to_string(latest.packetsMissed) + "  refused " +
+                                       std::to_string(latest.refused.channelAmount + latest.refused.dataLength) +
+                                       "  messages " + std::to_string(latest.messages),
+                                   latest.conditions.empty() ? "" : "! " + latest.conditions};
+
+    // A head and two rows of curve are the least that says something; what has no room isn't drawn.
+    constexpr std::size_t leastRows = 3;
+    const std::size_t fixedRows = lines.size() + messages.size();
+    const std::size_t room = size.rows > fixedRows ? size.rows - fixedRows : 0;
+    const std::size_t shown =
+        std::clamp<std::size_t>(room / leastRows, 1, std::max<std::size_t>(latest.analyses.size(), 1));
+    for (std::size_t i = 0; i < std::min(shown, latest.analyses.size()); ++i) {
+        const auto part = curveLines(latest.analyses[i], {size.columns, room / shown});
+        lines.insert(lines.end(), part.begin(), part.end());
+    }
+    lines.insert(lines.end(), messages.begin(), messages.end());
+
+    std::string screen = home;
+    for (std::size_t i = 0; i < std::min(lines.size(), size.rows); ++i) {
+        screen += i > 0 ? "\r\n" : "";
+        // One column stays free: behind a full line the cursor would stand on its last character and clear that.
+        screen += text::cut(lines[i], size.columns - 1);
+        screen += clearToLineEnd;
+    }
+    output.write(screen + clearToScreenEnd);
+}
+
+std::vector<std::string> LiveView::curveLines(const AnalysisProgress &entry, Size size) {
+    const auto &curve = curves[entry.name];
+    const std::string upper = "+" + text::fixed(curve.scale, 4) + " ";
+    const std::string lower = "-" + text::fixed(curve.scale, 4) + " ";
+    std::vector<std::string> lines{entry.name + "  " + entry.state + "  " + text::fixed(entry.resultsPerSecond, 1) +
+                                   " results/s  peak " + text::fixed(peakOf(curve.values), 4)};
+    const std::size_t rows = size.rows > 1 ? size.rows - 1 : 0;
+    const std::size_t columns = size.columns > upper.size() + 1 ? size.columns - upper.size() - 1 : 0;
+    const auto drawn = brailleCurve(curve.values, curve.scale, columns, rows);
+    for (std::size_t row = 0; row < rows; ++row) {
+        const bool edge = row == 0 || row + 1 == rows;
+        lines.push_back((!edge ? std::string(upper.size(), ' ') : (row == 0 ? upper : lower)) + drawn[row]);
+    }
+    return lines;
+}
+
+} // namespace analyser

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <deque>
+#include <map>
+
+#include <QTimer>
+
+#include "analyser/ResultSink.h"
+
+namespace analyser {
+
+/// A view that redraws in place, on the terminal's alternate screen. Draws only when something has changed.
+class LiveView : public ResultSink {
+public:
+    LiveView(Output &newOutput, const MonitorOptions &newOptions);
+    ~LiveView() override;
+
+    /// Whether @p output goes to a terminal that can redraw.
+    static bool isPossible(const Output &output);
+
+    void begin() override;
+    void result(const Result &result) override;
+    void message(const sonvex::imessages::IBaseMessage &message) override;
+    void progress(const Progress &progress) override;
+    void summary(const Progress &progress) override;
+    void resized() override { drawSoon(); }
+    bool showsConditions() const override { return true; }
+
+private:
+    struct Curve {
+        std::vector<double> values;
+        double scale = 1.0;
+    };
+    struct Size {
+        std::size_t columns;
+        std::size_t rows;
+    };
+
+    void drawSoon();
+    void draw();
+    Size windowSize() const;
+    std::vector<std::string> curveLines(const AnalysisProgress &entry, Size size);
+    void leave();
+
+    const MonitorOptions &options;
+    Progress latest;
+    std::map<std::string, Curve> curves; // by the analysis
+    std::deque<std::string> messages;    // the newest
+    QTimer redraw;
+    bool entered = false;
+};
+
+} // namespace analyser

@@ -1,0 +1,166 @@
+#include "analyser/Monitor.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include <unistd.h>
+
+#include <QCoreApplication>
+
+#include "analyser/CsvSink.h"
+#include "analyser/JsonSink.h"
+#include "analyser/LiveView.h"
+#include "analyser/LogObserver.h"
+#include "analyser/PlainView.h"
+#include "analyser/Refusal.h"
+#include "analyser/SignalWatcher.h"
+
+namespace analyser {
+
+namespace {
+
+constexpr int tickPeriod = 1000; // ms
+constexpr double sampleRate = 48000.0;
+
+std::string shortBufferNote(const MonitorOptions &options) {
+    unsigned longest = 0;
+    for (const auto &waveform : options.waveforms) {
+        longest = std::max(longest, waveform.amount);
+    }
+    return options.bufferSize >= longest ? ""
+                                         : "the buffer holds " + std::to_string(options.bufferSize) +
+                                               " samples, so curves of more are cut to that";
+}
+
+} // namespace
+
+Monitor::Monitor(const MonitorOptions &newOptions)
+    : options(newOptions), session(options), output(options.output), sink(makeSink()), probe(options.device),
+      diagnosis(options) {}
+
+Monitor::~Monitor() = default;
+
+std::unique_ptr<ResultSink> Monitor::makeSink() {
+    if (options.format == Format::json) {
+        return std::make_unique<JsonSink>(output);
+    }
+    if (options.format == Format::csv) {
+        return std::make_unique<CsvSink>(output, options);
+    }
+    // The library's log would write across a view that redraws.
+    const bool logInTheWay = options.log.verbose && ::isatty(STDERR_FILENO) == 1;
+    if (LiveView::isPossible(output) && !logInTheWay) {
+        return std::make_unique<LiveView>(output, options);
+    }
+    return std::make_unique<PlainView>(output);
+}
+
+int Monitor::run() {
+    session.open();
+    const auto quit = [] { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection); };
+    const SignalWatcher signalWatcher(quit, [this] { sink->resized(); });
+    output.onFailure(quit);
+    session.onResult([this](const Result &result) { sink->result(result); });
+    session.onMessage([this](const auto &message) { sink->message(message); });
+
+    const std::string note = shortBufferNote(options);
+    if (!note.empty() && !sink->showsConditions()) {
+        complain(note);
+    }
+    sink->begin();
+    latest = measure();
+    QObject::connect(&ticker, &QTimer::timeout, &ticker, [this] { tick(); });
+    ticker.setTimerType(Qt::PreciseTimer);
+    ticker.start(tickPeriod);
+    session.start();
+    if (options.seconds) {
+        const auto milliseconds = static_cast<int>(std::lround(*options.seconds * 1000.0));
+        QTimer::singleShot(milliseconds, Qt::PreciseTimer, &ticker, quit);
+    }
+    QCoreApplication::exec();
+
+    ticker.stop();
+    session.end();
+    sink->summary(measure());
+    const std::string logFailure = LogObserver::shared().failure();
+    if (!output.failure().empty() || !logFailure.empty()) {
+        const bool ofOutput = !output.failure().empty();
+        complain(ofOutput ? "cannot write the output: " + output.failure() : "cannot write the log: " + logFailure);
+        return Refusal::failure;
+    }
+    return 0;
+}
+
+void Monitor::tick() {
+    if (!LogObserver::shared().failure().empty()) {
+        QCoreApplication::quit();
+        return;
+    }
+    latest = measure();
+    latest.conditions = conditions();
+    sink->progress(latest);
+}
+
+bool Monitor::isOverdue(const Analysis &analysis) const {
+    const double period = options.clock.period / (options.clock.internal ? 1000.0 : sampleRate);
+    const std::chrono::duration<double> silence = std::chrono::steady_clock::now() - analysis.lastSign;
+    return silence.count() >= std::max(Diagnosis::patience, 2 * period);
+}
+
+Progress Monitor::measure() {
+    const LogFacts log = LogObserver::shared().facts();
+    Progress progress;
+    progress.seconds = session.seconds();
+    progress.messages = session.messages();
+    progress.packetsMissed = log.packetsMissed;
+    for (const auto &[stream, refused] : log.refused) {
+        progress.refused.channelAmount += refused.channelAmount;
+        progress.refused.dataLength += refused.dataLength;
+    }
+    const double elapsed = progress.seconds - latest.seconds;
+    for (const auto &analysis : session.analyses()) {
+        AnalysisProgress entry{analysis.name, analysis.stream, analysis.channel, analysis.results, 0.0, "running"};
+        const std::size_t index = progress.analyses.size();
+        if (elapsed > 0.0 && index < latest.analyses.size()) {
+            entry.resultsPerSecond = static_cast<double>(entry.results - latest.analyses[index].results) / elapsed;
+        }
+        if (isOverdue(analysis)) {
+            entry.state = "silent";
+        } else if (entry.results == 0) {
+            entry.state = "waiting";
+        }
+        progress.analyses.push_back(entry);
+    }
+    return progress;
+}
+
+/// All that stands in the way now. What is new is said once, where the output doesn't show it.
+std::string Monitor::conditions() {
+    Facts facts;
+    facts.adapterState = probe.state();
+    facts.seconds = session.seconds();
+    facts.log = LogObserver::shared().facts();
+    for (const auto &analysis : session.analyses()) {
+        facts.channels.push_back({analysis.stream, analysis.channel, isOverdue(analysis)});
+        if (const auto declared = session.declaredChannels(analysis.stream)) {
+            facts.declaredChannels[analysis.stream] = *declared;
+        }
+    }
+    std::set<std::string> keys;
+    std::string text;
+    for (const auto &condition : diagnosis.examine(facts)) {
+        text += (text.empty() ? "" : "; ") + condition.text;
+        keys.insert(condition.key);
+        if (said.count(condition.key) == 0 && !sink->showsConditions()) {
+            complain(condition.text);
+        }
+    }
+    if (keys.empty() && !said.empty() && !sink->showsConditions()) {
+        complain("results arrive from every channel");
+    }
+    said = keys;
+    return text.empty() ? shortBufferNote(options) : text;
+}
+
+} // namespace analyser

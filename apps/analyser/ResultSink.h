@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "analyser/Progress.h"
+#include "analyser/Session.h"
+
+namespace analyser {
+
+class Output;
+
+/// One kind of output. Everything is called on the main thread.
+class ResultSink {
+public:
+    explicit ResultSink(Output &newOutput);
+    virtual ~ResultSink();
+    ResultSink(const ResultSink &) = delete;
+    ResultSink &operator=(const ResultSink &) = delete;
+
+    /// Before the first result.
+    virtual void begin() {}
+    virtual void result(const Result &result) = 0;
+    virtual void message(const sonvex::imessages::IBaseMessage &message) = 0;
+    /// About once a second.
+    virtual void progress(const Progress &) {}
+    /// After the last result.
+    virtual void summary(const Progress &progress) = 0;
+    /// The window has another size.
+    virtual void resized() {}
+    /// Whether the conditions in a Progress show here; if not they are said on the error output.
+    virtual bool showsConditions() const { return false; }
+
+protected:
+    Output &output;
+};
+
+/// The largest magnitude; 0 for no values.
+double peakOf(const std::vector<double> &values);
+
+/// The summary for the eye, one line each for the run and every analysis.
+std::string summaryText(const Progress &progress, const std::string &linePrefix);
+
+} // namespace analyser

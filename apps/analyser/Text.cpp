@@ -1,0 +1,85 @@
+#include "analyser/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include <QByteArray>
+#include <QString>
+
+#include <sonvex/IChannelAmountChanged.h>
+#include <sonvex/IStatusMessage.h>
+
+namespace analyser::text {
+
+namespace {
+
+bool isControl(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || byte == 0x7f;
+}
+
+std::string escaped(char character) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    const auto byte = static_cast<unsigned char>(character);
+    return {'\\', 'u', '0', '0', digits[byte >> 4U], digits[byte & 15U]};
+}
+
+} // namespace
+
+std::string number(double value) {
+    std::array<char, 32> buffer{};
+    return {buffer.data(), std::to_chars(buffer.begin(), buffer.end(), value).ptr};
+}
+
+std::string fixed(double value, int decimals) {
+    std::array<char, 400> buffer{};
+    return {buffer.data(), std::to_chars(buffer.begin(), buffer.end(), value, std::chars_format::fixed, decimals).ptr};
+}
+
+std::string quoted(std::string_view value) {
+    const QByteArray utf8 = QString::fromUtf8(value.data(), static_cast<int>(value.size())).toUtf8();
+    std::string result = "\"";
+    for (const char character : utf8) {
+        if (character == '"' || character == '\\') {
+            result += '\\';
+        }
+        result += isControl(character) ? escaped(character) : std::string(1, character);
+    }
+    return result + '"';
+}
+
+std::string oneLine(std::string_view value) {
+    std::string result(value);
+    std::replace_if(result.begin(), result.end(), isControl, ' ');
+    return result;
+}
+
+std::string_view cut(std::string_view value, std::size_t columns) {
+    std::size_t end = 0;
+    for (; end < value.size(); ++end) {
+        const bool continuesCharacter = (static_cast<unsigned char>(value[end]) & 0xc0U) == 0x80U;
+        if (!continuesCharacter && columns-- == 0) {
+            break;
+        }
+    }
+    return value.substr(0, end);
+}
+
+std::string counted(std::uint64_t amount, const std::string &noun) {
+    return std::to_string(amount) + ' ' + noun + (amount == 1 ? "" : "s");
+}
+
+std::string describe(const sonvex::imessages::IBaseMessage &message) {
+    std::string result = message.getMessageType() + ' ' + message.getName() + ' ' + message.getMessageId();
+    if (const auto *change = dynamic_cast<const sonvex::imessages::IChannelAmountChanged *>(&message)) {
+        result += ": " + std::to_string(change->getChannelAmountAfter()) + " channels after " +
+                  std::to_string(change->getChannelAmountBefore()) + ", configured " +
+                  std::to_string(change->getConfiguredChannelAmount());
+    } else if (const auto *status = dynamic_cast<const sonvex::imessages::IStatusMessage *>(&message)) {
+        result += ": " + status->getMessage();
+    }
+    return oneLine(result);
+}
+
+} // namespace analyser::text

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace sonvex::imessages {
+class IBaseMessage;
+} // namespace sonvex::imessages
+
+/// How values become text, whatever the locale.
+namespace analyser::text {
+
+/// The shortest text that reads back as exactly this number.
+std::string number(double value);
+/// With @p decimals digits after the point.
+std::string fixed(double value, int decimals);
+/// As a JSON string with its quotes. What is no UTF-8 becomes the replacement character.
+std::string quoted(std::string_view value);
+/// With a blank in place of every control character.
+std::string oneLine(std::string_view value);
+/// The first @p columns characters, each taken as one column wide.
+std::string_view cut(std::string_view value, std::size_t columns);
+/// "1 packet", "2 packets".
+std::string counted(std::uint64_t amount, const std::string &noun);
+/// A message of the library for the eye, in one line.
+std::string describe(const sonvex::imessages::IBaseMessage &message);
+
+} // namespace analyser::text

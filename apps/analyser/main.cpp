@@ -1,0 +1,49 @@
+#include <csignal>
+#include <exception>
+
+#include <QCoreApplication>
+
+#include "analyser/DeviceList.h"
+#include "analyser/LogObserver.h"
+#include "analyser/Monitor.h"
+#include "analyser/Output.h"
+#include "analyser/Refusal.h"
+
+namespace {
+
+// The library logs while it is loaded, before any constructor of this program could keep its lines off the terminal.
+[[gnu::section(".preinit_array"), gnu::used]] void (*observeFromTheStart)() = analyser::LogObserver::install;
+
+int execute(const analyser::Command &command) {
+    if (const auto *monitor = std::get_if<analyser::MonitorOptions>(&command)) {
+        analyser::LogObserver::shared().configure(monitor->log);
+        return analyser::Monitor(*monitor).run();
+    }
+    analyser::Output output("");
+    if (const auto *devices = std::get_if<analyser::DevicesOptions>(&command)) {
+        analyser::LogObserver::shared().configure(devices->log);
+        analyser::listDevices(devices->format, output);
+    } else {
+        output.write(std::get<analyser::ShownText>(command).text);
+    }
+    if (!output.failure().empty()) {
+        throw analyser::Refusal(analyser::Refusal::failure, "cannot write the output: " + output.failure());
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    std::signal(SIGPIPE, SIG_IGN); // a broken pipe shows when it is written to
+    const QCoreApplication application(argc, argv);
+    try {
+        return execute(analyser::parseCommandLine(QCoreApplication::arguments()));
+    } catch (const analyser::Refusal &refusal) {
+        analyser::complain(refusal.what());
+        return refusal.exitStatus();
+    } catch (const std::exception &error) {
+        analyser::complain(error.what());
+        return analyser::Refusal::failure;
+    }
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "talker/MacAddress.h"
+
+namespace talker {
+
+/**
+ * One Ethernet frame of an AVTP audio stream: subtype AAF, 48 kHz, 16-bit integers in network byte order, the samples
+ * of all channels side by side. Always complete; the setters change it in place and allocate nothing.
+ */
+class AafFrame {
+public:
+    static constexpr std::size_t ethernetHeaderSize = 14;
+    static constexpr std::size_t headerSize = ethernetHeaderSize + 24; ///< up to the first sample
+    static constexpr std::size_t maxDataLength = 65535;
+    static constexpr unsigned maxChannels = 1023;
+    static constexpr unsigned maxSamplesPerChannel = maxDataLength / 2;
+
+    /// Bytes of the samples in a frame.
+    static constexpr std::size_t dataLength(unsigned channels, unsigned samplesPerChannel) {
+        return std::size_t{2} * channels * samplesPerChannel;
+    }
+
+    /// The stream ID is the source address with the unique ID 0.
+    AafFrame(const MacAddress &source, const MacAddress &destination, unsigned channels, unsigned samplesPerChannel);
+
+    /// Declares the format and the data length that belongs to it. The samples are undefined until they are set.
+    /// @throws std::out_of_range for a format that no frame can declare
+    void setFormat(unsigned channels, unsigned samplesPerChannel);
+    void setSequence(std::uint8_t sequence) { bytes_[16] = sequence; }
+    /// @param timestamp presentation time of the first sample in ns, modulo 2^32
+    void setTimestamp(std::uint32_t timestamp);
+    /// Declares a data length that may be false; the size of the frame stays.
+    void setDataLength(std::uint16_t length) { write16(34, length); }
+    /// @pre sample and channel are within the format
+    void setSample(unsigned sample, unsigned channel, std::int16_t code) {
+        write16(headerSize + dataLength(channels_, sample) + std::size_t{2} * channel,
+                static_cast<std::uint16_t>(code));
+    }
+
+    unsigned channels() const { return channels_; }
+    unsigned samplesPerChannel() const { return samplesPerChannel_; }
+    const std::uint8_t *data() const { return bytes_.data(); }
+    std::size_t size() const { return headerSize + dataLength(channels_, samplesPerChannel_); }
+
+private:
+    void write16(std::size_t offset, std::uint16_t value) {
+        bytes_[offset] = static_cast<std::uint8_t>(value >> 8);
+        bytes_[offset + 1] = static_cast<std::uint8_t>(value);
+    }
+
+    std::array<std::uint8_t, headerSize + maxDataLength> bytes_ = {};
+    unsigned channels_ = 0;
+    unsigned samplesPerChannel_ = 0;
+};
+
+} // namespace talker

@@ -1,0 +1,28 @@
+#include "talker/ChannelSignals.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "talker/signals/createSignal.h"
+
+namespace talker {
+
+ChannelSignals::ChannelSignals(const std::vector<std::string> &texts) {
+    std::transform(texts.begin(), texts.end(), std::back_inserter(signals_), createSignal);
+}
+
+void ChannelSignals::fill(AafFrame &frame, std::uint64_t firstSample) const {
+    for (unsigned sample = 0; sample < frame.samplesPerChannel(); ++sample) {
+        std::int16_t code = 0;
+        for (unsigned channel = 0; channel < frame.channels(); ++channel) {
+            const bool hasItsOwn = channel < signals_.size();
+            const SignalSource &signal = hasItsOwn ? *signals_[channel] : *signals_.back();
+            if (hasItsOwn || signal.differsByChannel()) {
+                code = signal.code(firstSample + sample, channel);
+            }
+            frame.setSample(sample, channel, code);
+        }
+    }
+}
+
+} // namespace talker

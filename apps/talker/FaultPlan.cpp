@@ -1,0 +1,75 @@
+#include "talker/FaultPlan.h"
+
+#include <algorithm>
+
+#include "talker/AafFrame.h"
+#include "talker/parseNumber.h"
+
+namespace talker {
+
+namespace {
+
+std::string optionName(Fault fault) {
+    return std::string("--") + faultNames[static_cast<std::size_t>(fault)];
+}
+
+} // namespace
+
+void FaultPlan::add(Fault fault, const std::string &text) {
+    constexpr std::uint64_t lastFrame = 1'000'000'000'000;
+    const std::string name = optionName(fault);
+    const std::size_t colon = text.find(':');
+    const bool needsValue = fault != Fault::Drop && fault != Fault::Repeat;
+    if (needsValue != (colon != std::string::npos)) {
+        throw Refusal(name + ": '" + text + "' is not of the form " + (needsValue ? "FRAME:VALUE" : "FRAME"));
+    }
+
+    const auto frame = parseNumber<std::uint64_t>(text.substr(0, colon), name + ", frame", 0, lastFrame);
+    std::optional<unsigned> &value = faults_[frame][fault];
+    if (value) {
+        throw Refusal(name + ": given twice for frame " + std::to_string(frame));
+    }
+    const std::string valueText = needsValue ? text.substr(colon + 1) : "";
+    switch (fault) {
+    case Fault::Drop:
+    case Fault::Repeat:
+        value = 0;
+        break;
+    case Fault::Channels:
+        value = parseNumber<unsigned>(valueText, name + ", channels", 1, AafFrame::maxChannels);
+        break;
+    case Fault::Truncate:
+        value = parseNumber<unsigned>(valueText, name + ", bytes", AafFrame::ethernetHeaderSize,
+                                      AafFrame::headerSize + AafFrame::maxDataLength - 1);
+        break;
+    case Fault::Length:
+        value = parseNumber<unsigned>(valueText, name + ", bytes", 0, AafFrame::maxDataLength);
+        break;
+    }
+}
+
+void FaultPlan::check(unsigned channels, unsigned samplesPerChannel) const {
+    for (const auto &[frame, faults] : faults_) {
+        channels = faults[Fault::Channels].value_or(channels);
+        const std::size_t size = AafFrame::headerSize + AafFrame::dataLength(channels, samplesPerChannel);
+        if (faults[Fault::Truncate].value_or(0) >= size) {
+            throw Refusal(optionName(Fault::Truncate) + ": frame " + std::to_string(frame) + " has only " +
+                          std::to_string(size) + " bytes");
+        }
+    }
+}
+
+const FrameFaults &FaultPlan::at(std::uint64_t frame) const {
+    static const FrameFaults none;
+    const auto found = faults_.find(frame);
+    return found == faults_.end() ? none : found->second;
+}
+
+unsigned FaultPlan::mostChannels(unsigned channels) const {
+    for (const auto &[frame, faults] : faults_) {
+        channels = std::max(channels, faults[Fault::Channels].value_or(0));
+    }
+    return channels;
+}
+
+} // namespace talker

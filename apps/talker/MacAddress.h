@@ -1,0 +1,15 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace talker {
+
+using MacAddress = std::array<std::uint8_t, 6>;
+
+/// Reads six pairs of hexadecimal digits in either case, with ':' or '-' between all of them or with nothing.
+/// @param what names the address in the refusal of anything else
+MacAddress parseMacAddress(const std::string &text, const std::string &what);
+
+} // namespace talker

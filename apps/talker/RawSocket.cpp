@@ -1,0 +1,80 @@
+#include "talker/RawSocket.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include <linux/if_packet.h>
+#include <net/if.h>
+#include <net/if_arp.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+
+#include "talker/Refusal.h"
+
+namespace talker {
+
+namespace {
+
+std::string knownAdapters() {
+    std::string names;
+    if (struct if_nameindex *adapters = if_nameindex()) {
+        for (const struct if_nameindex *adapter = adapters; adapter->if_name != nullptr; ++adapter) {
+            names += (names.empty() ? "" : ", ") + std::string(adapter->if_name);
+        }
+        if_freenameindex(adapters);
+    }
+    return names;
+}
+
+/// A socket of protocol 0, which receives nothing.
+int openSocket(const std::string &device) {
+    if (if_nametoindex(device.c_str()) == 0) {
+        throw Refusal("unknown adapter '" + device + "', there are: " + knownAdapters());
+    }
+    const int descriptor = socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, 0);
+    if (descriptor < 0) {
+        const int error = errno;
+        throw Refusal(
+            "cannot send raw frames on '" + device + "': " + std::generic_category().message(error) +
+            (error == EPERM ? "; run as root, or grant CAP_NET_RAW with 'setcap cap_net_raw+ep' to this program" : ""));
+    }
+    return descriptor;
+}
+
+} // namespace
+
+RawSocket::RawSocket(const std::string &device) : device_(device), socket_(openSocket(device)) {
+    const auto require = [&device](bool done) {
+        if (!done) {
+            throw Refusal("adapter '" + device + "': " + std::generic_category().message(errno));
+        }
+    };
+    ifreq request = {};
+    device.copy(request.ifr_name, IFNAMSIZ - 1);
+    require(ioctl(socket_.get(), SIOCGIFMTU, &request) == 0);
+    mtu_ = static_cast<std::size_t>(request.ifr_mtu);
+
+    require(ioctl(socket_.get(), SIOCGIFHWADDR, &request) == 0);
+    if (request.ifr_hwaddr.sa_family != ARPHRD_ETHER && request.ifr_hwaddr.sa_family != ARPHRD_LOOPBACK) {
+        throw Refusal("adapter '" + device + "' does not carry Ethernet frames");
+    }
+    std::copy_n(request.ifr_hwaddr.sa_data, address_.size(), address_.begin());
+
+    sockaddr_ll target = {};
+    target.sll_family = AF_PACKET;
+    target.sll_ifindex = static_cast<int>(if_nametoindex(device.c_str()));
+    require(bind(socket_.get(), reinterpret_cast<const sockaddr *>(&target), sizeof(target)) == 0);
+}
+
+void RawSocket::send(const std::uint8_t *bytes, std::size_t size) {
+    ssize_t sent = 0;
+    do {
+        sent = ::send(socket_.get(), bytes, size, 0);
+    } while (sent < 0 && errno == EINTR);
+    if (sent < 0) {
+        throw std::system_error(errno, std::generic_category(), "sending on '" + device_ + "' failed");
+    }
+}
+
+} // namespace talker

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "talker/FileDescriptor.h"
+#include "talker/MacAddress.h"
+
+namespace talker {
+
+/// Sends complete Ethernet frames on one adapter, and knows what the adapter can take.
+class RawSocket {
+public:
+    /// @throws Refusal for an unknown or unsuitable adapter and for missing permission
+    explicit RawSocket(const std::string &device);
+
+    const std::string &device() const { return device_; }
+    /// Bytes that a frame may carry behind its Ethernet header.
+    std::size_t mtu() const { return mtu_; }
+    /// All zero on a loopback adapter.
+    const MacAddress &address() const { return address_; }
+
+    /// Waits while too many frames are on their way to the adapter.
+    /// @throws std::system_error if the frame cannot be sent
+    void send(const std::uint8_t *bytes, std::size_t size);
+
+private:
+    std::string device_;
+    FileDescriptor socket_;
+    std::size_t mtu_ = 0;
+    MacAddress address_ = {};
+};
+
+} // namespace talker

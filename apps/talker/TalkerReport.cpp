@@ -1,0 +1,36 @@
+#include "talker/TalkerReport.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace talker {
+
+namespace {
+
+double milliseconds(std::chrono::nanoseconds duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+} // namespace
+
+std::string TalkerReport::toString() const {
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(3);
+    text << "Sent " << framesSent << " frames, " << samplesPerChannel << " samples per channel, in "
+         << std::chrono::duration<double>(elapsed).count() << " s.\n";
+
+    const char *separator = "Faults: ";
+    for (std::size_t i = 0; i < faults.size(); ++i) {
+        if (faults[i] > 0) {
+            text << separator << faults[i] << " " << faultNames[i];
+            separator = ", ";
+        }
+    }
+    text << (faults == decltype(faults){} ? "Faults: none.\n" : ".\n");
+
+    text << "The latest frame was " << milliseconds(worstLateness) << " ms late, " << lateFrames
+         << " frames by more than a packet interval of " << milliseconds(packetInterval) << " ms.\n";
+    return text.str();
+}
+
+} // namespace talker

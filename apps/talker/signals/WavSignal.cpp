@@ -1,0 +1,48 @@
+#include "talker/signals/WavSignal.h"
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+
+#include <sndfile.h>
+
+#include "talker/Refusal.h"
+
+namespace talker {
+
+namespace {
+
+struct CloseFile {
+    void operator()(SNDFILE *file) const { sf_close(file); }
+};
+
+} // namespace
+
+WavSignal::WavSignal(const std::string &path) {
+    const auto refuse = [&path](const std::string &reason) { throw Refusal("audio file '" + path + "': " + reason); };
+
+    SF_INFO info = {};
+    const std::unique_ptr<SNDFILE, CloseFile> file(sf_open(path.c_str(), SFM_READ, &info));
+    if (!file) {
+        refuse(sf_strerror(nullptr));
+    }
+    if (info.samplerate != 48000) {
+        refuse("has " + std::to_string(info.samplerate) + " samples per second, 48000 are needed");
+    }
+
+    // Floating-point and wider integer files are rounded like any other signal; 16-bit codes stay as they are.
+    channels_ = static_cast<std::size_t>(info.channels);
+    std::vector<double> block(4096 * channels_);
+    while (const sf_count_t count = sf_read_double(file.get(), block.data(), static_cast<sf_count_t>(block.size()))) {
+        std::transform(block.begin(), block.begin() + count, std::back_inserter(codes_), toCode);
+    }
+    length_ = codes_.size() / channels_;
+    if (sf_error(file.get()) != SF_ERR_NO_ERROR) {
+        refuse(sf_strerror(file.get()));
+    }
+    if (length_ == 0) {
+        refuse("holds no samples");
+    }
+}
+
+} // namespace talker
