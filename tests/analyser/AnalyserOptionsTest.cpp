@@ -1,0 +1,122 @@
+#include "analyser/AnalyserOptions.h"
+
+#include <gtest/gtest.h>
+
+#include "analyser/Refusal.h"
+
+namespace {
+
+using analyser::MonitorOptions;
+
+/// Splits at blanks; "~" stands for an empty argument.
+analyser::Command parse(const std::string &line) {
+    QStringList arguments = QString::fromStdString("sonvex-analyser " + line).split(QLatin1Char(' '));
+    arguments.replaceInStrings(QStringLiteral("~"), QString());
+    return analyser::parseCommandLine(arguments);
+}
+
+MonitorOptions parseMonitor(const std::string &options) {
+    return std::get<MonitorOptions>(parse("monitor --device lo " + options));
+}
+
+TEST(AnalyserOptions, fillInWhatTheCommandLineLeavesOut) {
+    const auto options = parseMonitor("--stream 020000000001 --waveform 1:480");
+    EXPECT_EQ(options.device, "lo");
+    EXPECT_EQ(options.streams.at(0).channels, 2U);
+    EXPECT_EQ(options.streams.at(0).samplesPerChannel, 6U);
+    EXPECT_EQ(options.waveforms.at(0).mac, "020000000001");
+    EXPECT_FALSE(options.clock.internal);
+    EXPECT_EQ(options.clock.period, 480U);
+    EXPECT_GE(options.bufferSize, 48000U + 480U);
+    EXPECT_FALSE(options.seconds);
+    EXPECT_EQ(options.format, analyser::Format::live);
+}
+
+TEST(AnalyserOptions, readAllThatCanBeSaid) {
+    const auto options =
+        parseMonitor("--stream 02:00:00:00:00:aB,samples=48,channels=8 --stream 02-00-00-00-00-02 --waveform 7:1 "
+                     "--waveform 0:96000@02:00:00:00:00:02 --clock internal:2147483647 --buffer 5 --seconds 0.5 "
+                     "--format csv --output a --log b --verbose");
+    EXPECT_EQ(options.streams.at(0).mac, "0200000000ab");
+    EXPECT_EQ(options.streams.at(0).channels, 8U);
+    EXPECT_EQ(options.streams.at(0).samplesPerChannel, 48U);
+    EXPECT_EQ(options.waveforms.at(0).channel, 7);
+    EXPECT_EQ(options.waveforms.at(0).mac, "0200000000ab");
+    EXPECT_EQ(options.waveforms.at(1).amount, 96000U);
+    EXPECT_EQ(options.waveforms.at(1).mac, "020000000002");
+    EXPECT_TRUE(options.clock.internal);
+    EXPECT_EQ(options.clock.period, 2147483647U);
+    EXPECT_EQ(options.bufferSize, 5U);
+    EXPECT_EQ(options.seconds, 0.5);
+    EXPECT_EQ(options.format, analyser::Format::csv);
+    EXPECT_EQ(options.output, "a");
+    EXPECT_EQ(options.log.file, "b");
+    EXPECT_TRUE(options.log.verbose);
+}
+
+struct RefusedLine {
+    const char *line;
+    const char *expectedPart;
+};
+
+class RefusedCommandLine : public testing::TestWithParam<RefusedLine> {};
+
+TEST_P(RefusedCommandLine, isAnsweredWithItsFault) {
+    try {
+        parse(GetParam().line);
+        FAIL() << "accepted: " << GetParam().line;
+    } catch (const analyser::Refusal &refusal) {
+        EXPECT_EQ(refusal.exitStatus(), 2);
+        EXPECT_NE(std::string(refusal.what()).find(GetParam().expectedPart), std::string::npos) << refusal.what();
+    }
+}
+
+#define STREAM "monitor --device lo --stream 020000000001 "
+#define WAVEFORM STREAM "--waveform 0:480 "
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, RefusedCommandLine,
+    testing::Values(RefusedLine{"~", "a command is missing"}, RefusedLine{"watch", "'watch'"},
+                    RefusedLine{"devices --format csv", "'csv'"}, RefusedLine{"devices lo", "'lo'"},
+                    RefusedLine{"devices --help-all", "help-all"}, RefusedLine{"devices --device lo", "device"},
+                    RefusedLine{"monitor", "--device"}, RefusedLine{"monitor --device lo", "--stream"},
+                    RefusedLine{STREAM, "''"}, RefusedLine{WAVEFORM "--device eth0", "twice"},
+                    RefusedLine{WAVEFORM "--speed 3", "speed"}, RefusedLine{WAVEFORM "--format xml", "'xml'"},
+                    RefusedLine{WAVEFORM "--output ~", "--output"}, RefusedLine{WAVEFORM "--log", "log"}));
+
+INSTANTIATE_TEST_SUITE_P(Streams, RefusedCommandLine,
+                         testing::Values(RefusedLine{"monitor --device lo --stream 02000000000", "'02000000000'"},
+                                         RefusedLine{"monitor --device lo --stream 0200000000011", "MAC"},
+                                         RefusedLine{"monitor --device lo --stream 02000000000g", "MAC"},
+                                         RefusedLine{"monitor --device lo --stream 02:00-00:00:00:01", "MAC"},
+                                         RefusedLine{"monitor --device lo --stream 02:00:00:00:00:1", "MAC"},
+                                         RefusedLine{"monitor --device lo --stream :0200000000010000", "MAC"},
+                                         RefusedLine{"monitor --device lo --stream 020000000001,channels=0", "'0'"},
+                                         RefusedLine{"monitor --device lo --stream 020000000001,channels=256", "'256'"},
+                                         RefusedLine{"monitor --device lo --stream 020000000001,channels=2,channels=2",
+                                                     "twice"},
+                                         RefusedLine{"monitor --device lo --stream 020000000001,samples=-6", "'-6'"},
+                                         RefusedLine{"monitor --device lo --stream 020000000001,", "''"},
+                                         RefusedLine{"monitor --device lo --stream 020000000001,rate=1", "'rate=1'"},
+                                         RefusedLine{WAVEFORM "--stream 02-00-00-00-00-01", "twice"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Waveforms, RefusedCommandLine,
+    testing::Values(RefusedLine{STREAM "--waveform 480", "CHANNEL:AMOUNT"},
+                    RefusedLine{STREAM "--waveform 2:480", "0 to 1"}, RefusedLine{STREAM "--waveform 255:480", "'255'"},
+                    RefusedLine{STREAM "--waveform 0:0", "'0'"}, RefusedLine{STREAM "--waveform 0:99999999999", "99"},
+                    RefusedLine{STREAM "--waveform 0:4.8", "'4.8'"}, RefusedLine{STREAM "--waveform +0:48", "'+0'"},
+                    RefusedLine{STREAM "--waveform 0:480@", "MAC"},
+                    RefusedLine{STREAM "--waveform 0:480@020000000002", "no --stream"},
+                    RefusedLine{WAVEFORM "--waveform 0:960@02:00:00:00:00:01", "two waveforms"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, RefusedCommandLine,
+    testing::Values(RefusedLine{WAVEFORM "--clock 480", "'480'"}, RefusedLine{WAVEFORM "--clock external:0", "'0'"},
+                    RefusedLine{WAVEFORM "--clock internal:2147483648", "2147483647"},
+                    RefusedLine{WAVEFORM "--clock internal:1:2", "internal:1:2"},
+                    RefusedLine{WAVEFORM "--buffer 1k", "'1k'"}, RefusedLine{WAVEFORM "--seconds 0", "'0'"},
+                    RefusedLine{WAVEFORM "--seconds nan", "'nan'"}, RefusedLine{WAVEFORM "--seconds inf", "'inf'"},
+                    RefusedLine{WAVEFORM "--seconds 1s", "'1s'"}));
+
+} // namespace

@@ -1,0 +1,221 @@
+#include <atomic>
+#include <numeric>
+#include <random>
+#include <thread>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+#include "avb/AvbAudioBuffer.h"
+#include "avb/AvbToFloatSampleConverter.h"
+#include "core/configuration/BufferConfiguration.h"
+#include "support/LogRecorder.h"
+
+namespace {
+
+using Signals = std::vector<std::pair<std::string, std::size_t>>;
+
+std::vector<float> ramp(float first, std::size_t amount) {
+    std::vector<float> values(amount);
+    std::iota(values.begin(), values.end(), first);
+    return values;
+}
+
+/// The law of the ring, sample by sample and without a thought for speed.
+struct Model {
+    explicit Model(std::size_t size, unsigned signalAmount) : cells(size, 0.0F), signalAmount(signalAmount) {}
+
+    void write(float sample) {
+        if (!cells.empty()) {
+            position = position == cells.size() ? 0 : position;
+            cells[position++] = sample;
+        }
+        if (++sinceSignal == signalAmount) {
+            signaled = position;
+            sinceSignal = 0;
+            ++signalCount;
+        }
+    }
+
+    std::vector<float> before(std::size_t end, std::size_t amount) const {
+        std::vector<float> result;
+        for (std::size_t i = 0; i < amount; ++i) {
+            // End 0 stands for the untouched ring, which is read from its first cell.
+            result.push_back(end == 0 ? cells[i] : cells[(end + cells.size() - amount + i) % cells.size()]);
+        }
+        return result;
+    }
+
+    std::vector<float> cells;
+    unsigned signalAmount;
+    std::size_t position = 0;
+    std::size_t signaled = 0;
+    unsigned sinceSignal = 0;
+    std::size_t signalCount = 0;
+};
+
+class AudioBufferSizes : public testing::TestWithParam<std::tuple<unsigned, unsigned>> {};
+
+TEST_P(AudioBufferSizes, blocksOfAnyLengthActLikeSingleSamples) {
+    const auto [size, signalAmount] = GetParam();
+    sonvex::BufferConfiguration configuration("b", size, signalAmount);
+    avb::AvbAudioBuffer blockwise("blockwise", configuration);
+    avb::AvbAudioBuffer single("single", configuration);
+    Model model(size, signalAmount);
+    Signals blockSignals;
+    Signals singleSignals;
+    QObject::connect(&blockwise, &avb::AvbAudioBuffer::bufferAmountAvailable,
+                     [&](const std::string &name, std::size_t amount) { blockSignals.emplace_back(name, amount); });
+    QObject::connect(&single, &avb::AvbAudioBuffer::bufferAmountAvailable,
+                     [&](const std::string &name, std::size_t amount) { singleSignals.emplace_back(name, amount); });
+    std::mt19937 random(7);
+    float next = 1;
+    for (const std::size_t amount : {1U, 0U, 2U, 3U, 4U, 5U, 6U, 7U, 13U, 48U, 253U, 6U, 1U, 100U}) {
+        const std::vector<float> values = ramp(next, amount);
+        next += static_cast<float>(amount);
+        blockwise.writeSamples(values.data(), values.size());
+        for (const float value : values) {
+            single.writeSample(value);
+            model.write(value);
+        }
+        for (const std::size_t wanted : {std::size_t{0}, std::size_t{size} / 2, std::size_t{size}}) {
+            ASSERT_EQ(blockwise.fetchLatestSamples(wanted), model.before(model.position, wanted));
+            ASSERT_EQ(blockwise.fetchSignaledSamples(wanted), model.before(model.signaled, wanted));
+            ASSERT_EQ(single.fetchLatestSamples(wanted), model.before(model.position, wanted));
+            ASSERT_EQ(single.fetchSignaledSamples(wanted), model.before(model.signaled, wanted));
+        }
+        ASSERT_EQ(blockSignals.size(), model.signalCount);
+    }
+    EXPECT_EQ(singleSignals.size(), blockSignals.size());
+    for (const auto &[name, amount] : blockSignals) {
+        EXPECT_EQ(name, "blockwise");
+        EXPECT_EQ(amount, signalAmount);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(AwkwardSizes, AudioBufferSizes,
+                         testing::Combine(testing::Values(0U, 1U, 3U, 4U, 11U, 250U),
+                                          testing::Values(0U, 1U, 3U, 6U, 250U, 251U)));
+
+TEST(AudioBuffer, keepsTheNewestSamplesWhenTheRingWraps) {
+    sonvex::BufferConfiguration configuration("b", 4);
+    avb::AvbAudioBuffer buffer("ring", configuration);
+    EXPECT_EQ(buffer.fetchLatestSamples(2), (std::vector<float>{0, 0}));
+    buffer.writeSamples(ramp(1, 4).data(), 4);
+    EXPECT_EQ(buffer.fetchLatestSamples(2), (std::vector<float>{3, 4}));
+    buffer.writeSample(5);
+    EXPECT_EQ(buffer.fetchLatestSamples(2), (std::vector<float>{4, 5}));
+    EXPECT_EQ(buffer.fetchSamples(4, 4), (std::vector<float>{5, 2, 3, 4})); // the cells
+    EXPECT_EQ(buffer.fetchSamples(3, 1), (std::vector<float>{3, 4, 5}));
+    EXPECT_EQ(buffer.fetchSignaledSamples(2), (std::vector<float>{5, 2})); // never signaled: the first cells
+}
+
+TEST(AudioBuffer, cutsARequestAboveItsSizeWithAWarning) {
+    sonvex::BufferConfiguration configuration("b", 3);
+    avb::AvbAudioBuffer buffer("small", configuration);
+    buffer.writeSamples(ramp(1, 4).data(), 4);
+    const support::LogRecorder log;
+    EXPECT_TRUE(buffer.fetchLatestSamples(0).empty());
+    EXPECT_EQ(buffer.fetchLatestSamples(3), ramp(2, 3));
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_EQ(buffer.fetchLatestSamples(4), ramp(2, 3));
+    EXPECT_EQ(log.lines(),
+              std::vector<std::string>{"W avb::AvbAudioBuffer::fetchSamples \"small\" More samples requested than "
+                                       "available by the buffer.  Only maximum available amount will be returned:  3 "
+                                       " instead of  4"});
+}
+
+TEST(AudioBuffer, startsCountingAnewWhenTheSignalingChanges) {
+    sonvex::BufferConfiguration configuration("b", 10, 4);
+    avb::AvbAudioBuffer buffer("clock", configuration);
+    std::size_t signals = 0;
+    QObject::connect(&buffer, &avb::AvbAudioBuffer::bufferAmountAvailable, [&] { ++signals; });
+    const auto write = [&](std::size_t amount) { buffer.writeSamples(ramp(1, amount).data(), amount); };
+    write(3);
+    const support::LogRecorder log;
+    configuration.setClockSignalingSampleAmount(5);
+    write(4);
+    EXPECT_EQ(signals, 0U);
+    write(1);
+    EXPECT_EQ(signals, 1U);
+    const std::vector<float> signaled = buffer.fetchSignaledSamples(5);
+    configuration.setClockSignalingSampleAmount(0);
+    write(20);
+    EXPECT_EQ(signals, 1U);
+    EXPECT_EQ(buffer.fetchSamples(5, 8), buffer.fetchSignaledSamples(5)); // the position stays where it was
+    configuration.setClockSignalingSampleAmount(7);
+    write(6);
+    EXPECT_EQ(signals, 1U);
+    write(1);
+    EXPECT_EQ(signals, 2U);
+    Q_EMIT configuration.configurationChanged("SampleAmountChanged"); // another parameter's notice
+    const std::string context = "D avb::AvbAudioBuffer::sampleAmountConfigChanged \"clock\" ";
+    EXPECT_EQ(log.lines(),
+              (std::vector<std::string>{context + "Signaling sample amount changed to:  5  samples",
+                                        context + "Signaling sample amount deactivated (external clock OFF)",
+                                        context + "Signaling sample amount changed to:  7  samples"}));
+}
+
+TEST(AudioBuffer, givesWholeBlocksWhileACaptureWrites) {
+    sonvex::BufferConfiguration configuration("b", 1000, 48);
+    avb::AvbAudioBuffer buffer("shared", configuration);
+    std::atomic<bool> ended{false};
+    std::thread capture([&] {
+        float next = 1;
+        for (int frame = 0; frame < 20000; ++frame, next += 6) {
+            next = next > 1e7F ? 1 : next; // whole numbers stay exact
+            buffer.writeSamples(ramp(next, 6).data(), 6);
+        }
+        ended = true;
+    });
+    std::vector<std::thread> readers;
+    std::atomic<int> torn{0};
+    for (int reader = 0; reader < 2; ++reader) {
+        readers.emplace_back([&, reader] {
+            while (!ended) {
+                const auto block = reader == 0 ? buffer.fetchLatestSamples(500) : buffer.fetchSignaledSamples(480);
+                for (std::size_t i = 1; i < block.size(); ++i) {
+                    const bool unwritten = block[i - 1] == 0;
+                    torn += !unwritten && block[i] != block[i - 1] + 1 ? 1 : 0;
+                }
+            }
+        });
+    }
+    capture.join();
+    for (std::thread &reader : readers) {
+        reader.join();
+    }
+    EXPECT_EQ(torn, 0);
+}
+
+TEST(SampleConverter, readsSigned16BitBigEndian) {
+    const avb::AvbToFloatSampleConverter converter;
+    const auto convert = [&](std::uint8_t high, std::uint8_t low) {
+        const std::uint8_t bytes[] = {high, low};
+        return converter.convertFromBigEndian(bytes, 2);
+    };
+    EXPECT_EQ(convert(0x80, 0x00), -1.0F);
+    EXPECT_EQ(convert(0xFF, 0xFF), -1.0F / 32768);
+    EXPECT_EQ(convert(0x00, 0x00), 0.0F);
+    EXPECT_EQ(convert(0x00, 0x01), 1.0F / 32768);
+    EXPECT_EQ(convert(0x7F, 0xFF), 0.999969482421875F);
+}
+
+TEST(SampleConverter, refusesOtherWidthsWithSilenceAndAWarning) {
+    const avb::AvbToFloatSampleConverter converter;
+    const std::vector<std::uint8_t> bytes(12, 0x11);
+    for (const unsigned width : {0U, 1U, 3U, 4U}) {
+        const support::LogRecorder log;
+        EXPECT_EQ(converter.convertFromBigEndian(bytes.data(), width), 0.0F);
+        EXPECT_EQ(log.lines(), std::vector<std::string>{
+                                   "W avb::AvbToFloatSampleConverter::convertFromBigEndian Cannot convert array data "
+                                   "to float. Wrong array size:  " +
+                                   std::to_string(width) + "  (required:  2"});
+        std::vector<float> values(3, 9.0F);
+        converter.convertBlock(bytes.data(), width, width, values.size(), values.data());
+        EXPECT_EQ(values, std::vector<float>(3, 0.0F));
+        EXPECT_EQ(log.lines().size(), 4U);
+    }
+}
+
+} // namespace

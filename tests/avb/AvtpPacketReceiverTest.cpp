@@ -1,0 +1,333 @@
+#include <atomic>
+#include <memory>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include <sonvex/exceptions.h>
+
+#include "avb/AvtpPacketReceiver.h"
+#include "core/configuration/DeviceConfiguration.h"
+#include "support/AllocationCounter.h"
+#include "support/Frames.h"
+#include "support/LogRecorder.h"
+
+namespace {
+
+using support::capture;
+using support::makeFrame;
+
+constexpr char mac[] = "020000000001";
+constexpr char otherMac[] = "020000000002";
+constexpr std::uint8_t subtype = 2;
+
+/// Differs for all samples and channels of neighbouring frames.
+std::int16_t code(unsigned sample, unsigned channel, int frame = 0) {
+    return static_cast<std::int16_t>((static_cast<int>(sample) - 3) * 1021 + static_cast<int>(channel) * 37 - frame);
+}
+
+support::CodeSource codesOf(int frame) {
+    return [frame](unsigned sample, unsigned channel) { return code(sample, channel, frame); };
+}
+
+struct Reception {
+    explicit Reception(unsigned channels = 2, unsigned samples = 6, unsigned sampleSize = 2)
+        : buffer("buffer", 1000), device("device", &buffer, sampleSize, channels, samples), receiver(subtype, nullptr) {
+        receiver.addStreamingDevice(mac, device);
+    }
+
+    std::vector<float> channel(unsigned number, std::size_t amount) {
+        return receiver.getAudioBuffer(mac, number)->fetchLatestSamples(amount);
+    }
+
+    /// Whether no sample has arrived on any channel.
+    bool isSilent() {
+        for (unsigned number = 0; number < device.getAmountOfChannels(); ++number) {
+            if (channel(number, 1000) != std::vector<float>(1000, 0.0F)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    sonvex::BufferConfiguration buffer;
+    sonvex::DeviceConfiguration device;
+    avb::AvtpPacketReceiver receiver;
+};
+
+class Layouts : public testing::TestWithParam<std::tuple<unsigned, unsigned>> {};
+
+TEST_P(Layouts, reachTheirChannelsSampleForSample) {
+    const auto [channels, samples] = GetParam();
+    Reception reception(channels, samples);
+    const support::LogRecorder log;
+    for (int frame = 0; frame < 3; ++frame) {
+        capture(reception.receiver,
+                makeFrame(mac, static_cast<std::uint8_t>(frame), channels, samples, codesOf(frame)));
+    }
+    EXPECT_TRUE(log.warnings().empty());
+    for (unsigned channel = 0; channel < channels; ++channel) {
+        std::vector<float> expected;
+        for (int frame = 0; frame < 3; ++frame) {
+            for (unsigned sample = 0; sample < samples; ++sample) {
+                expected.push_back(static_cast<float>(code(sample, channel, frame) / 32768.0));
+            }
+        }
+        ASSERT_EQ(reception.channel(channel, expected.size()), expected) << channel;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfManyShapes, Layouts,
+                         testing::Values(std::tuple{1U, 1U}, std::tuple{2U, 6U}, std::tuple{8U, 6U},
+                                         std::tuple{8U, 48U}, std::tuple{11U, 253U}, std::tuple{60U, 6U},
+                                         std::tuple{255U, 1U}));
+
+TEST(PacketReceiver, allocatesAndLogsNothingForAGoodFrame) {
+    Reception reception(8);
+    std::vector<std::vector<std::uint8_t>> frames;
+    for (int frame = 0; frame < 10; ++frame) {
+        frames.push_back(makeFrame(mac, static_cast<std::uint8_t>(frame), 8, 6, codesOf(frame)));
+    }
+    capture(reception.receiver, frames.front()); // announces the channels
+    const support::LogRecorder log;
+    const std::size_t before = support::allocationsOfThisThread();
+    for (std::size_t frame = 1; frame < frames.size(); ++frame) {
+        pcap_pkthdr header{};
+        header.caplen = header.len = static_cast<bpf_u_int32>(frames[frame].size());
+        reception.receiver.receivePacket(nullptr, &header, frames[frame].data());
+    }
+    EXPECT_EQ(support::allocationsOfThisThread(), before);
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_EQ(reception.channel(7, 1).front(), static_cast<float>(code(5, 7, 9) / 32768.0));
+}
+
+TEST(PacketReceiver, writesOnlyTheChannelsThatAFrameDelivers) {
+    Reception reception(8);
+    capture(reception.receiver, makeFrame(mac, 0, 4, 6, codesOf(0)));
+    for (unsigned channel = 0; channel < 8; ++channel) {
+        EXPECT_EQ(reception.channel(channel, 1).front() != 0.0F, channel < 4) << channel;
+    }
+}
+
+TEST(PacketReceiver, takesPaddedFramesAndMissesShortOnes) {
+    Reception reception(1);
+    auto frame = makeFrame(mac, 0, 1, 6, codesOf(0));
+    frame.resize(60); // the adapter's padding behind 50 bytes
+    capture(reception.receiver, frame);
+    EXPECT_EQ(reception.channel(0, 1).front(), static_cast<float>(code(5, 0) / 32768.0));
+}
+
+TEST(PacketReceiver, losesExactlyTheFrameThatShowsAGap) {
+    Reception reception;
+    reception.receiver.addStreamingDevice(otherMac, reception.device);
+    const support::LogRecorder log;
+    for (const auto &[source, sequence] : std::vector<std::pair<const char *, std::uint8_t>>{
+             {mac, 0}, {otherMac, 100}, {mac, 9}, {otherMac, 102}, {mac, 10}, {otherMac, 102}, {otherMac, 103}}) {
+        capture(reception.receiver, makeFrame(source, sequence, 2, 6, codesOf(sequence)));
+    }
+    const std::string missed = "W avb::AvtpPacketReceiver::extractAvtpPacketData \"AvtpPacketReceiver (unbound)\" "
+                               "Packets missed:  ";
+    EXPECT_EQ(log.warnings(), (std::vector<std::string>{missed + "1", missed + "2", missed + "3"}));
+    const auto samples = reception.channel(0, 12);
+    EXPECT_EQ(samples[0], static_cast<float>(code(0, 0, 0) / 32768.0));
+    EXPECT_EQ(samples[6], static_cast<float>(code(0, 0, 10) / 32768.0));
+}
+
+TEST(PacketReceiver, dropsForeignFramesWithoutAWord) {
+    Reception reception;
+    const support::LogRecorder log;
+    auto foreignSubtype = makeFrame(mac, 0, 2, 6, codesOf(0));
+    foreignSubtype[14] = 3;
+    capture(reception.receiver, foreignSubtype);
+    capture(reception.receiver, makeFrame(otherMac, 0, 2, 6, codesOf(0)));
+    auto tagged = makeFrame(mac, 0, 2, 6, codesOf(0));
+    tagged.insert(tagged.begin() + 12, {0x81, 0x00, 0x60, 0x02});
+    capture(reception.receiver, tagged);
+    const pcap_pkthdr header{{}, 62, 62};
+    reception.receiver.receivePacket(nullptr, &header, nullptr);
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_TRUE(reception.isSilent());
+    capture(reception.receiver, makeFrame(mac, 77, 2, 6, codesOf(0))); // still the first frame of its stream
+    EXPECT_FALSE(reception.isSilent());
+}
+
+constexpr char channelRefusal[] = "The amount of AVTP packet channels is invalid or exceeded: ";
+constexpr char lengthRefusal[] =
+    "W avb::AvtpPacketReceiver::performPreDataExtractionChecks \"AvtpPacketReceiver (unbound)\" The transferred AVTP "
+    "stream data length is unexpected!  Packet audio data won't be extracted for device:  \"020000000001\"";
+
+struct RefusedFrame {
+    const char *name;
+    std::vector<std::pair<std::size_t, std::uint8_t>> changes; ///< bytes of a good frame, 2 channels of 6 samples
+    std::size_t captured;
+    int channelWarnings;
+    int lengthWarnings;
+};
+
+class RefusedFrames : public testing::TestWithParam<RefusedFrame> {};
+
+TEST_P(RefusedFrames, writeNothingAndSayWhy) {
+    Reception reception;
+    auto frame = makeFrame(mac, 0, 2, 6, codesOf(0));
+    const auto wireLength = static_cast<std::uint32_t>(frame.size());
+    for (const auto &[offset, value] : GetParam().changes) {
+        frame[offset] = value;
+    }
+    frame.resize(GetParam().captured);
+    const support::LogRecorder log;
+    capture(reception.receiver, frame, wireLength);
+    EXPECT_EQ(log.count(channelRefusal), GetParam().channelWarnings);
+    EXPECT_EQ(log.count(lengthRefusal), GetParam().lengthWarnings);
+    EXPECT_EQ(static_cast<int>(log.warnings().size()), GetParam().channelWarnings + GetParam().lengthWarnings);
+    EXPECT_TRUE(reception.isSilent());
+    capture(reception.receiver, makeFrame(mac, 1, 2, 6, codesOf(0))); // the stream goes on
+    EXPECT_FALSE(reception.isSilent());
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, RefusedFrames,
+                         testing::Values(RefusedFrame{"noChannels", {{32, 0}}, 62, 1, 1},
+                                         RefusedFrame{"noChannelsAndNoData", {{32, 0}, {35, 0}}, 62, 1, 0},
+                                         RefusedFrame{"tooManyChannels", {{32, 3}, {35, 36}}, 62, 1, 1},
+                                         RefusedFrame{"lengthOneLess", {{35, 23}}, 62, 0, 1},
+                                         RefusedFrame{"lengthOneMore", {{35, 25}}, 62, 0, 1},
+                                         RefusedFrame{"lengthOf32BitSamples", {{35, 48}}, 62, 0, 1},
+                                         RefusedFrame{"largestLength", {{34, 0xFF}, {35, 0xFF}}, 62, 0, 1},
+                                         RefusedFrame{"lastByteNotCaptured", {}, 61, 0, 1},
+                                         RefusedFrame{"samplesNotCaptured", {}, 38, 0, 1},
+                                         RefusedFrame{"headerJustCaptured", {}, 36, 0, 1}),
+                         [](const auto &instance) { return std::string(instance.param.name); });
+
+TEST(PacketReceiver, survivesEveryLengthAndExtreme) {
+    const support::LogRecorder log;
+    for (const unsigned sampleSize : {0U, 2U, 4U}) {
+        for (std::uint32_t length = 0; length <= 60; ++length) {
+            for (const std::uint32_t wireLength : {length, 0U, 14U, 36U, 62U, 0xFFFFFFFFU}) {
+                for (const int fill : {-1, 0x00, 0x7F, 0x80, 0xFF}) {
+                    Reception reception(2, 6, sampleSize);
+                    auto frame = makeFrame(mac, 0, 2, 6, codesOf(0));
+                    for (const std::size_t field : {16U, 30U, 31U, 32U, 33U, 34U, 35U, 36U}) {
+                        frame[field] = fill < 0 ? frame[field] : static_cast<std::uint8_t>(fill);
+                    }
+                    frame.resize(length);
+                    capture(reception.receiver, frame, wireLength);
+                    capture(reception.receiver, frame, wireLength);
+                    ASSERT_TRUE(reception.isSilent()) << length << " of " << wireLength;
+                }
+            }
+        }
+    }
+}
+
+TEST(PacketReceiver, deliversSilenceForOtherSampleSizes) {
+    Reception reception(1, 2, 4);
+    auto frame = makeFrame(mac, 0, 1, 4, codesOf(0)); // 8 bytes of data: two samples of four
+    const support::LogRecorder log;
+    capture(reception.receiver, frame);
+    EXPECT_EQ(log.count("Cannot convert array data to float. Wrong array size:  4  (required:  2"), 2);
+    EXPECT_TRUE(reception.isSilent());
+}
+
+template <class Exception, class Operation>
+void expectRefusal(const Operation &operation, const std::string &context, const std::string &text) {
+    const support::LogRecorder log;
+    try {
+        operation();
+        FAIL() << "not refused: " << text;
+    } catch (const Exception &refusal) {
+        EXPECT_EQ(refusal.what(), text);
+    }
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"W avb::AvtpPacketReceiver::" + context +
+                                                    " \"AvtpPacketReceiver (unbound)\" \"" + text + "\""});
+}
+
+TEST(PacketReceiver, refusesStreamsAndChannelsItCannotHave) {
+    Reception reception;
+    avb::AvtpPacketReceiver &receiver = reception.receiver;
+    avb::AvbAudioBuffer *first = receiver.getAudioBuffer(mac, 1);
+    expectRefusal<exceptions::InstanceAlreadyExists>(
+        [&] { receiver.addStreamingDevice(mac, reception.device); }, "addStreamingDevice",
+        "Buffer already available for the specified device MAC address: 020000000001! Device won't be added!");
+    EXPECT_EQ(receiver.getAudioBuffer(mac, 1), first);
+    sonvex::DeviceConfiguration empty("hollow", &reception.buffer, 2, 0, 6);
+    expectRefusal<exceptions::InstanceNotCreateable>(
+        [&] { receiver.addStreamingDevice(otherMac, empty); }, "addStreamingDevice",
+        "Invalid channel count '0' given for device by 'hollow' for: 020000000002 Device not initialized!");
+    expectRefusal<exceptions::ResourceNotAvailable>(
+        [&] { receiver.getAudioBuffer(otherMac, 0); }, "getAudioBuffer",
+        "No buffer available for the specified device MAC address: 020000000002");
+    for (const unsigned channel : {2U, 4000000000U}) {
+        expectRefusal<exceptions::ResourceNotAvailable>(
+            [&] { receiver.getAudioBuffer(mac, channel); }, "getAudioBuffer",
+            "No buffer available for the specified channel number '" + std::to_string(channel) +
+                "' at streaming device: 020000000001");
+    }
+    receiver.addStreamingDevice(otherMac, reception.device); // a refusal left nothing behind
+}
+
+TEST(PacketReceiver, warnsOfFramesForAStreamItDoesNotHave) {
+    avb::AvtpPacketReceiver receiver(subtype, nullptr);
+    const support::LogRecorder log;
+    const auto frame = makeFrame(mac, 0, 2, 6, codesOf(0));
+    receiver.writeAudioSamplesToBuffer(avb::AvtpFrame(frame.data(), 62, 62), mac);
+    EXPECT_EQ(receiver.performPreDataExtractionChecks(mac, 2, 6, 2), 0);
+    const std::string context = "W avb::AvtpPacketReceiver::";
+    const std::string name = " \"AvtpPacketReceiver (unbound)\" ";
+    EXPECT_EQ(log.lines(),
+              (std::vector<std::string>{
+                  context + "writeAudioSamplesToBuffer" + name +
+                      "Cannot store samples to buffer:  \"No buffer available for the specified device MAC address: "
+                      "020000000001\"  No buffer exists for the given device.",
+                  context + "performPreDataExtractionChecks" + name +
+                      "The amount of AVTP packet requirements cannot be checked! The required  packet data and "
+                      "boundary check instance is not available for device:  \"020000000001\""}));
+}
+
+TEST(PacketReceiver, takesTheAdaptersNumberOnceAndLogsItsLife) {
+    const support::LogRecorder log;
+    {
+        avb::AvtpPacketReceiver receiver(subtype, nullptr);
+        EXPECT_TRUE(receiver.bindToDevice(3));
+        EXPECT_FALSE(receiver.bindToDevice(4));
+        EXPECT_EQ(receiver.getReceiverName(), "AvtpPacketReceiver (eth3)");
+        EXPECT_EQ(receiver.toString(), "[AvtpPacketReceiver (eth3)]");
+        int finished = 0;
+        QObject::connect(&receiver, &threading::Worker::finished, [&] { ++finished; });
+        receiver.progress();
+        receiver.end();
+        EXPECT_EQ(finished, 1);
+    }
+    const std::string context = "D avb::AvtpPacketReceiver::";
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "D threading::Worker::Worker \"AvtpPacketReceiver (unbound)\" Initialized",
+                               "D avb::AvbToFloatSampleConverter::AvbToFloatSampleConverter Initialized!",
+                               context + "AvtpPacketReceiver \"AvtpPacketReceiver (unbound)\" Initialized",
+                               context + "progress \"AvtpPacketReceiver (eth3)\" Packet receiver progress started",
+                               context + "end \"AvtpPacketReceiver (eth3)\" Packet receiver forced to end",
+                               context + "~AvtpPacketReceiver \"AvtpPacketReceiver (eth3)\" CLEARED!",
+                               "D threading::Worker::~Worker \"AvtpPacketReceiver (eth3)\" DELETED"}));
+}
+
+TEST(PacketReceiver, addsStreamsWhileSeveralCapturesDeliver) {
+    Reception reception;
+    const support::LogRecorder log;
+    std::atomic<bool> ended{false};
+    std::vector<std::thread> captures;
+    for (int number = 0; number < 2; ++number) {
+        captures.emplace_back([&, source = number == 0 ? mac : otherMac] {
+            for (unsigned sequence = 0; sequence < 5000; ++sequence) {
+                capture(reception.receiver, makeFrame(source, static_cast<std::uint8_t>(sequence), 2, 6, codesOf(0)));
+            }
+        });
+    }
+    reception.receiver.addStreamingDevice(otherMac, reception.device);
+    for (int number = 0; number < 50; ++number) {
+        reception.receiver.addStreamingDevice("0300000000" + std::to_string(10 + number), reception.device);
+    }
+    for (std::thread &thread : captures) {
+        thread.join();
+    }
+    EXPECT_EQ(log.count("Packets missed"), 0);
+    EXPECT_EQ(reception.channel(1, 1).front(), static_cast<float>(code(5, 1) / 32768.0));
+}
+
+} // namespace

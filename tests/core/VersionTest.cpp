@@ -1,0 +1,36 @@
+#include <gtest/gtest.h>
+
+#include <sonvex/sonvex.h>
+
+namespace {
+
+TEST(Version, isTheSameForTheFileItsNumbersAndItsTexts) {
+    const sonvex::IVersionInfo &info = ISonvex::getVersion();
+    EXPECT_EQ(qo::sonvexLib::getVersion(), "1.6.0.3");
+    EXPECT_EQ(info.getVersionString(), "1.6.0.3");
+    EXPECT_EQ(info.getMajorVersion(), 1);
+    EXPECT_EQ(info.getMinorVersion(), 6);
+    EXPECT_EQ(info.getPatchVersion(), 0);
+    EXPECT_EQ(info.getBuildVersion(), 3);
+    EXPECT_EQ(info.getYear(), "2024");
+    EXPECT_EQ(info.toString(), "1.6.0.3 - " + info.getLegalNoticeLong());
+    for (const std::string &text : {info.getCompanyName(), info.getLegalNoticeShort(), info.getLegalNoticeLong()}) {
+        EXPECT_FALSE(text.empty());
+    }
+}
+
+TEST(Version, ofTheInterfaceFitsItselfAlone) {
+    EXPECT_EQ(qo::sonvexLib::getInterfaceVersion(), 101U);
+    EXPECT_TRUE(qo::sonvexLib::isCompatibleWithInterfaceVersion(101));
+    for (const unsigned int other : {0U, 100U, 102U, ~0U}) {
+        EXPECT_FALSE(qo::sonvexLib::isCompatibleWithInterfaceVersion(other)) << other;
+    }
+}
+
+TEST(Library, hasOneFacadeOneVersionAndOneListOfAdapters) {
+    EXPECT_EQ(&ISonvex::createInstance(), &ISonvex::createInstance());
+    EXPECT_EQ(&ISonvex::getVersion(), &ISonvex::getVersion());
+    EXPECT_EQ(&sonvex::INetworkDeviceManager::createInstance(), &sonvex::INetworkDeviceManager::createInstance());
+}
+
+} // namespace

@@ -1,0 +1,252 @@
+#include "engine/processing/ProcessorEngine.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <QThread>
+
+#include <gtest/gtest.h>
+#include <sonvex/exceptions.h>
+
+#include "avb/AvbAudioBuffer.h"
+#include "core/configuration/BufferConfiguration.h"
+#include "core/configuration/ProcessConfiguration.h"
+#include "core/metering/ProcessConnection.h"
+#include "engine/processing/ProcessorHandle.h"
+#include "process/configuration/DemoConfig.h"
+#include "process/configuration/WaveformConfig.h"
+#include "support/CaptureThread.h"
+#include "support/LogRecorder.h"
+#include "support/refusalOf.h"
+#include "support/waitFor.h"
+
+namespace {
+
+using engine::processing::ProcessorHandle;
+using Lines = std::vector<std::string>;
+
+const std::string mac = "0a0b0c0d0e0f";
+
+/// A configuration that reports whatever type it is told to.
+class ForeignConfig : public process::ProcessorConfigBase {
+public:
+    explicit ForeignConfig(const std::string &type) : ProcessorConfigBase("foreign", type) {}
+    std::string toString() const override { return "ForeignConfig"; }
+};
+
+/// An engine and a channel that signals every 3 samples.
+class ProcessorEngine : public testing::Test {
+protected:
+    ProcessorHandle &add(const std::string &name, unsigned char channel) {
+        configurations.push_back(std::make_unique<sonvex::ProcessConfiguration>(name, &waveform, mac, channel));
+        const int threads = log.count("SampleProcessorBase::progress");
+        ProcessorHandle &handle = *engine->addProcessor(*configurations.back(), buffer);
+        support::waitFor([&] { return log.count("SampleProcessorBase::progress") > threads; });
+        engine->getProcessConnection(handle)->setCallbackMethod([this](sonvex::ChannelData &result) {
+            EXPECT_EQ(testThread, QThread::currentThread());
+            delivered.push_back(result.getName());
+        });
+        return handle;
+    }
+
+    /// The names of the results that a signal of the buffer leads to.
+    std::vector<std::string> resultsOfASignal(std::size_t expected) {
+        delivered.clear();
+        support::capture(buffer, support::ramp(1, 3));
+        support::waitFor([&] { return delivered.size() >= expected; });
+        std::sort(delivered.begin(), delivered.end());
+        return delivered;
+    }
+
+    /// Lines of the engine's own classes.
+    Lines engineLines() const {
+        Lines result;
+        for (const std::string &line : log.lines()) {
+            if (line.compare(2, 8, "engine::") == 0) {
+                result.push_back(line);
+            }
+        }
+        return result;
+    }
+
+    support::LogRecorder log;
+    QThread *testThread = QThread::currentThread();
+    sonvex::BufferConfiguration bufferConfig{"buffer", 16, 3};
+    avb::AvbAudioBuffer buffer{"ch1", bufferConfig};
+    process::WaveformConfig waveform{"waveform", 3};
+    std::vector<std::unique_ptr<sonvex::ProcessConfiguration>> configurations;
+    std::vector<std::string> delivered;
+    std::unique_ptr<engine::processing::ProcessorEngine> engine =
+        std::make_unique<engine::processing::ProcessorEngine>();
+};
+
+TEST_F(ProcessorEngine, logsTheLifeOfItsProcessorsInOrder) {
+    const std::string space = "engine::processing::";
+    const std::string uniqueId = "\"WaveformProcessor_" + mac + "_200\"";
+    add("left", 200);
+    EXPECT_EQ((Lines{"D " + space + "ProcessorFactory::ProcessorFactory Created!",
+                     "D " + space + "ProcessorHandleManager::ProcessorHandleManager Created!",
+                     "D " + space + "ProcessorEngine::ProcessorEngine Created",
+                     "D " + space + "ProcessorSocket::ProcessorSocket \"left\" Created!",
+                     "D " + space +
+                         "ProcessorEngine::addProcessor Successfully added new Processor instance ' \"left\" "
+                         "' for streaming device ' \"" +
+                         mac + "\" ' processing channel:  200",
+                     "D " + space + "ProcessorHandle::ProcessorHandle " + uniqueId + " Handle initialized!",
+                     "D " + space + "ProcessorHandleManager::addHandle Created new Processor handle with unique ID ' " +
+                         uniqueId + " ' and added to processor socket:  \"left\""}),
+              engineLines());
+    log.clear();
+    engine->stop();
+    EXPECT_EQ(Lines{"D " + space + "ProcessorEngine::stop Processor engine stopped!"}, engineLines());
+    log.clear();
+    engine.reset();
+    EXPECT_EQ((Lines{"D " + space + "ProcessorEngine::~ProcessorEngine Processor sockets cleared!",
+                     "D " + space + "ProcessorEngine::~ProcessorEngine Deleted!",
+                     "D " + space + "ProcessorHandleManager::~ProcessorHandleManager Processor handles cleared!",
+                     "D " + space + "ProcessorHandleManager::~ProcessorHandleManager Deleted!"}),
+              engineLines());
+    EXPECT_EQ(1, log.count("threading::Worker::~Worker \"left\" DELETED"));
+}
+
+TEST_F(ProcessorEngine, runsOneProcessorPerChannelInTheCallersEventLoop) {
+    ProcessorHandle &second = add("b", 2);
+    ProcessorHandle &tenth = add("a", 10);
+    EXPECT_EQ("WaveformProcessor_" + mac + "_10", tenth.getUniqueId());
+    EXPECT_NE(&second, &tenth);
+    second.start();
+    EXPECT_TRUE(second.isProcessingActive());
+    EXPECT_FALSE(tenth.isProcessingActive());
+    EXPECT_EQ((std::vector<std::string>{"b"}), resultsOfASignal(1));
+    tenth.start();
+    EXPECT_EQ((std::vector<std::string>{"a", "b"}), resultsOfASignal(2));
+    log.clear();
+    engine->stop();
+    EXPECT_EQ((Lines{"D process::InternalClock::stop \"a\" Clock stopped",
+                     "D process::Processor::stop \"a\"  Processing stopped",
+                     "D process::InternalClock::stop \"b\" Clock stopped",
+                     "D process::Processor::stop \"b\"  Processing stopped",
+                     "D engine::processing::ProcessorEngine::stop Processor engine stopped!"}),
+              log.lines())
+        << "in the order of the unique IDs";
+    EXPECT_TRUE(second.isHandleBound());
+    second.start();
+    EXPECT_EQ((std::vector<std::string>{"b"}), resultsOfASignal(1));
+}
+
+TEST_F(ProcessorEngine, refusesASecondProcessorForAChannelAndLeavesTheFirstAlone) {
+    ProcessorHandle &handle = add("first", 1);
+    handle.start();
+    sonvex::ProcessConfiguration again("second", &waveform, mac, 1);
+    const std::string uniqueId = "WaveformProcessor_" + mac + "_1";
+    log.clear();
+    const auto refusal =
+        support::refusalOf<exceptions::ProcessorAlreadyExists>([&] { engine->addProcessor(again, buffer); });
+    EXPECT_STREQ("Processor for the given process configuration 'second' already exists", refusal.what());
+    EXPECT_EQ(uniqueId, refusal.getProcessorUniqueId());
+    EXPECT_EQ(Lines{"W engine::processing::ProcessorEngine::addProcessor \"Processor for the given process "
+                    "configuration 'second' already exists\"  by processor unique ID:  \"" +
+                    uniqueId + "\""},
+              log.lines());
+    EXPECT_EQ((std::vector<std::string>{"first"}), resultsOfASignal(1));
+}
+
+TEST_F(ProcessorEngine, refusesTypesWithoutADefinition) {
+    process::DemoConfig demo("demo", 1);
+    ForeignConfig unknown("");
+    for (process::ProcessorConfigBase *config : std::vector<process::ProcessorConfigBase *>{&demo, &unknown}) {
+        sonvex::ProcessConfiguration configuration("name", config, mac, 1);
+        const std::string text =
+            "There is no definition available to build a processor of type: " + config->getProcessorType();
+        log.clear();
+        EXPECT_EQ(text, support::refusalOf<exceptions::InstanceNotCreateable>([&] {
+                            engine->addProcessor(configuration, buffer);
+                        }).what());
+        EXPECT_EQ(Lines{"W engine::processing::ProcessorFactory::createProcessor \"" + text + "\""}, log.lines());
+    }
+    ForeignConfig impostor("WaveformProcessor");
+    sonvex::ProcessConfiguration configuration("name", &impostor, mac, 1);
+    EXPECT_THROW(engine->addProcessor(configuration, buffer), std::bad_cast);
+    EXPECT_EQ("WaveformProcessor_" + mac + "_1", add("name", 1).getUniqueId()) << "nothing was registered before";
+}
+
+TEST_F(ProcessorEngine, refusesHandlesWithoutAProcessor) {
+    ProcessorHandle foreign("Foreign_1", nullptr);
+    ProcessorHandle &running = add("running", 2);
+    running.start();
+    ProcessorHandle &removed = add("removed", 1);
+    engine->removeProcessor(removed);
+    for (ProcessorHandle *handle : {&foreign, &removed}) {
+        const std::string connectionText = "ProcessorSocket for the given processor handle unique ID '" +
+                                           handle->getUniqueId() +
+                                           "' don't exists! Process connection cannot be found!";
+        const std::string removalText = "ProcessorSocket for the given processor handle (unique ID '" +
+                                        handle->getUniqueId() + "') don't exists! Processor cannot be removed";
+        using exceptions::ResourceNotAvailable;
+        log.clear();
+        EXPECT_EQ(connectionText,
+                  support::refusalOf<ResourceNotAvailable>([&] { engine->getProcessConnection(*handle); }).what());
+        EXPECT_EQ(removalText,
+                  support::refusalOf<ResourceNotAvailable>([&] { engine->removeProcessor(*handle); }).what());
+        const std::string context = "W engine::processing::ProcessorEngine::";
+        EXPECT_EQ((Lines{context + "getProcessConnection \"" + connectionText + "\"",
+                         context + "removeProcessor \"" + removalText + "\""}),
+                  log.lines());
+    }
+    EXPECT_EQ((std::vector<std::string>{"running"}), resultsOfASignal(1));
+}
+
+TEST_F(ProcessorEngine, endsARemovedProcessorWithinTheCallAndDropsItsResults) {
+    ProcessorHandle &handle = add("left", 1);
+    handle.start();
+    support::capture(buffer, support::ramp(1, 12));
+    log.clear();
+    engine->removeProcessor(handle);
+    const std::string uniqueId = "\"WaveformProcessor_" + mac + "_1\"";
+    EXPECT_EQ((Lines{"D engine::processing::ProcessorHandle::setHandleBound " + uniqueId + " Handle unbound!",
+                     "D engine::processing::ProcessorHandleManager::deactivateProcessorHandle Processor handle with "
+                     "unique ID ' " +
+                         uniqueId + " ' is unbound now!",
+                     "D threading::Controller::~Controller \"left\" Quit worker thread...",
+                     "D process::Processor::end \"left\"  End called!",
+                     "D process::InternalClock::stop \"left\" Clock stopped",
+                     "D process::Processor::stop \"left\"  Processing stopped",
+                     "D process::WaveformProcessor::~WaveformProcessor \"left\" Cleared!",
+                     "D process::Processor::stop \"left\"  Processing not active! No action will be performed!",
+                     "D threading::Worker::~Worker \"left\" DELETED",
+                     "D threading::Controller::~Controller \"left\" Worker thread ended"}),
+              log.lines());
+    support::capture(buffer, support::ramp(1, 3));
+    support::deliverQueued();
+    EXPECT_TRUE(delivered.empty());
+}
+
+TEST_F(ProcessorEngine, givesTheSameHandleForAReturningProcessorAndNoWayToTheOldOne) {
+    ProcessorHandle &handle = add("old", 1);
+    handle.start();
+    engine->removeProcessor(handle);
+    EXPECT_FALSE(handle.isHandleBound());
+    EXPECT_FALSE(handle.isProcessingActive());
+    EXPECT_EQ("WaveformProcessor_" + mac + "_1", handle.getUniqueId());
+    log.clear();
+    handle.start();
+    handle.stop();
+    engine->stop();
+    EXPECT_EQ(Lines{"D engine::processing::ProcessorEngine::stop Processor engine stopped!"}, log.lines());
+
+    EXPECT_EQ(&handle, &add("new", 1));
+    EXPECT_EQ(1, log.count("D engine::processing::ProcessorHandleManager::enableHandle Processor handle with unique ID "
+                           "' \"WaveformProcessor_" +
+                           mac + "_1\" ' reactivated to processor socket:  \"new\""));
+    EXPECT_TRUE(handle.isHandleBound());
+    EXPECT_FALSE(handle.isProcessingActive());
+    log.clear();
+    handle.start();
+    EXPECT_EQ(Lines{"D process::Processor::start \"new\"  Processing started"}, log.lines());
+    EXPECT_TRUE(handle.isProcessingActive());
+    EXPECT_EQ((std::vector<std::string>{"new"}), resultsOfASignal(1));
+    handle.stop();
+    EXPECT_FALSE(handle.isProcessingActive());
+}
+
+} // namespace

@@ -1,0 +1,87 @@
+#include "engine/processing/ProcessorHandle.h"
+
+#include <gtest/gtest.h>
+#include <sonvex/exceptions.h>
+
+#include "engine/processing/ProcessorHandleManager.h"
+#include "engine/processing/ProcessorSocket.h"
+#include "process/Processor.h"
+#include "support/LogRecorder.h"
+#include "support/refusalOf.h"
+
+namespace {
+
+using engine::processing::ProcessorHandle;
+using engine::processing::ProcessorHandleManager;
+using engine::processing::ProcessorSocket;
+using Lines = std::vector<std::string>;
+
+class IdleProcessor : public process::Processor {
+public:
+    IdleProcessor() : Processor("idle", nullptr) {}
+    void progress() override {}
+};
+
+TEST(ProcessorHandle, reachesTheProcessorOfItsUniqueIdOnly) {
+    ProcessorHandle handle("Type_mac_1", nullptr);
+    EXPECT_EQ("ProcessorHandle\n\tControlled Processor UID: Type_mac_1", handle.toString());
+    {
+        ProcessorSocket socket("name", "Type_mac_1", new IdleProcessor);
+        EXPECT_EQ("ProcessorSocket: name\n" + socket.getProcessor()->toString(), socket.toString());
+        socket.bindHandle(handle);
+        for (const char *foreignId : {"", "Type_mac_", "Type_mac_10", "type_mac_1"}) {
+            Q_EMIT handle.start(std::string(foreignId));
+            EXPECT_FALSE(handle.isProcessingActive()) << foreignId;
+        }
+        handle.start();
+        EXPECT_TRUE(socket.getProcessor()->isProcessingActive());
+        Q_EMIT handle.stop(std::string("Type_mac_2"));
+        EXPECT_TRUE(handle.isProcessingActive());
+        handle.stop();
+        EXPECT_FALSE(socket.getProcessor()->isProcessingActive());
+        handle.setHandleBound(false);
+    }
+    const support::LogRecorder log;
+    handle.start();
+    handle.stop();
+    EXPECT_EQ(Lines{}, log.lines()) << "the connections end with the socket";
+}
+
+TEST(ProcessorHandleManager, refusesToBindAHandleTwice) {
+    ProcessorHandleManager manager;
+    ProcessorSocket first("first", "id", new IdleProcessor);
+    ProcessorSocket second("second", "id", new IdleProcessor);
+    ProcessorHandle &handle = *manager.getHandle(first);
+    const std::string text =
+        "Processor handle with unique ID 'id' is already bound and cannot be bind to processor socket: second";
+    const support::LogRecorder log;
+    EXPECT_EQ(text, support::refusalOf<exceptions::ResourceNotAvailable>([&] { manager.getHandle(second); }).what());
+    EXPECT_EQ(Lines{"W engine::processing::ProcessorHandleManager::enableHandle \"" + text + "\""}, log.warnings());
+    handle.start();
+    EXPECT_TRUE(first.getProcessor()->isProcessingActive());
+    EXPECT_FALSE(second.getProcessor()->isProcessingActive());
+    EXPECT_TRUE(manager.deactivateProcessorHandle(first));
+    EXPECT_FALSE(handle.isProcessingActive());
+    EXPECT_EQ(&handle, manager.getHandle(second));
+}
+
+TEST(ProcessorHandleManager, keepsUnboundHandlesInByteOrderOfTheirUniqueIds) {
+    ProcessorHandleManager manager;
+    const std::string heading = "ProcessorHandleManager\n\tList of managed processor handles (UID's):\n";
+    EXPECT_EQ(heading, manager.toString());
+    for (const char *id : {"b_2", "a_1", "b_10"}) {
+        ProcessorSocket socket("name", id, new IdleProcessor);
+        const support::LogRecorder log;
+        EXPECT_FALSE(manager.deactivateProcessorHandle(socket));
+        EXPECT_EQ(Lines{"W engine::processing::ProcessorHandleManager::deactivateProcessorHandle Processor handle with "
+                        "unique ID ' \"" +
+                        std::string(id) +
+                        "\" ' is not available and cannot be deactiaved by processor socket:  \"name\""},
+                  log.warnings());
+        manager.getHandle(socket);
+        EXPECT_TRUE(manager.deactivateProcessorHandle(socket));
+    }
+    EXPECT_EQ(heading + "\t\ta_1\n\t\tb_10\n\t\tb_2\n", manager.toString());
+}
+
+} // namespace

@@ -1,0 +1,251 @@
+#include <cmath>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include <sonvex/sonvex.h>
+
+#include "support/Frames.h"
+#include "support/LogRecorder.h"
+#include "support/waitFor.h"
+#include "talker/RawSocket.h"
+
+// The whole road, from frames on the loopback adapter to a host's callback, through the exported interface alone.
+namespace {
+
+using support::waitFor;
+
+constexpr unsigned samplesPerPacket = 6;
+constexpr unsigned blockSize = 480;
+constexpr unsigned packetsPerBlock = blockSize / samplesPerPacket;
+
+std::int16_t toneCode(std::size_t sample, unsigned channel) {
+    const double angle = 2 * 3.14159265358979323846 * 1000.0 * static_cast<double>(sample) / 48000.0;
+    return static_cast<std::int16_t>(std::lround(0.5 * 32767 * std::sin(angle)) + static_cast<long>(channel));
+}
+
+sonvex::INetworkDeviceInfo &loopback() {
+    auto &manager = sonvex::INetworkDeviceManager::createInstance();
+    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
+        if (manager.getDeviceInfo(index).getSystemDeviceName() == "lo") {
+            return manager.getDeviceInfo(index);
+        }
+    }
+    throw std::runtime_error("no loopback adapter");
+}
+
+/// A stream of its own on the process's one facade, with a talker for it.
+class Stream {
+public:
+    explicit Stream(unsigned channels = 8)
+        : mac("0200000000" + std::to_string(++number)), channels(channels),
+          buffer(sonvex::IBufferConfiguration::createInstance("buffer", 48000, blockSize)),
+          device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, channels, samplesPerPacket)),
+          capture(ISonvex::createInstance().addRemoteStreamReceiver(
+              sonvex::IStreamConfiguration::createInstance("stream", mac, loopback(), device))) {}
+
+    /// Sends the next packets of the tone; the sequence and the samples of dropped ones are used up.
+    void send(unsigned packets, unsigned dropped = 0) {
+        packet += dropped;
+        for (unsigned i = 0; i < packets; ++i, ++packet) {
+            const auto frame = support::makeFrame(mac, static_cast<std::uint8_t>(packet), channels, samplesPerPacket,
+                                                  [this](unsigned sample, unsigned channel) {
+                                                      return toneCode(packet * samplesPerPacket + sample, channel);
+                                                  });
+            socket.send(frame.data(), frame.size());
+        }
+    }
+
+    sonvex::ihandles::IProcessorHandle &addWaveform(unsigned char channel,
+                                                    sonvex::iprocess::IWaveformConfig &config) const {
+        return ISonvex::createInstance().addProcessor(
+            sonvex::IProcessConfiguration::createInstance("waveform " + std::to_string(channel), config, mac, channel));
+    }
+    sonvex::ihandles::IProcessorHandle &addWaveform(unsigned char channel) const {
+        return addWaveform(channel, sonvex::iprocess::IWaveformConfig::createInstance("config", blockSize));
+    }
+
+    const std::string mac;
+    const unsigned channels;
+    sonvex::IBufferConfiguration &buffer;
+    sonvex::IDeviceConfiguration &device;
+    sonvex::ihandles::INetworkReceiverHandle &capture;
+    talker::RawSocket socket{"lo"};
+    std::size_t packet = 0;
+
+private:
+    static int number;
+};
+
+int Stream::number = 10;
+
+/// What a host's callback sees.
+class Results {
+public:
+    explicit Results(sonvex::ihandles::IProcessorHandle &handle) {
+        bound = ISonvex::createInstance().getMeteringDataSource(handle).bindChannelCallback(
+            [blocks = blocks, names = names](sonvex::IChannelData &data) {
+                blocks->push_back(data.getVectorData().getY());
+                names->push_back(data.getName());
+                const auto x = data.getVectorData().getX();
+                for (std::size_t index = 0; index < x.size(); ++index) {
+                    ASSERT_EQ(x[index], static_cast<double>(index));
+                }
+            });
+    }
+
+    bool wait(std::size_t amount) const {
+        return waitFor([&] { return blocks->size() >= amount; });
+    }
+
+    // Shared with the callback, which stays bound for the life of the source.
+    std::shared_ptr<std::vector<std::vector<double>>> blocks = std::make_shared<std::vector<std::vector<double>>>();
+    std::shared_ptr<std::vector<std::string>> names = std::make_shared<std::vector<std::string>>();
+    bool bound = false;
+};
+
+void expectTone(const std::vector<double> &block, std::size_t firstSample, unsigned channel) {
+    ASSERT_EQ(block.size(), blockSize);
+    for (std::size_t index = 0; index < block.size(); ++index) {
+        ASSERT_EQ(block[index], toneCode(firstSample + index, channel) / 32768.0) << firstSample << "+" << index;
+    }
+}
+
+TEST(LiveAudio, reachesTheCallbackSampleForSample) {
+    Stream stream;
+    auto &first = stream.addWaveform(1);
+    auto &last = stream.addWaveform(7);
+    const Results firstResults(first);
+    const Results lastResults(last);
+    const support::LogRecorder log;
+    stream.capture.start();
+    first.start();
+    last.start();
+    constexpr std::size_t blocks = 50;
+    for (std::size_t block = 1; block <= blocks; ++block) {
+        // One at a time: a fetch in the external mode gives the newest signaled block, which a later one replaces.
+        stream.send(packetsPerBlock);
+        ASSERT_TRUE(firstResults.wait(block));
+        ASSERT_TRUE(lastResults.wait(block));
+    }
+    for (std::size_t block = 0; block < blocks; ++block) {
+        expectTone((*firstResults.blocks)[block], block * blockSize, 1);
+        expectTone((*lastResults.blocks)[block], block * blockSize, 7);
+    }
+    EXPECT_EQ(firstResults.names->front(), "waveform 1");
+    EXPECT_TRUE(log.warnings().empty());
+    first.stop();
+    stream.send(packetsPerBlock);
+    ASSERT_TRUE(lastResults.wait(blocks + 1));
+    EXPECT_EQ(firstResults.blocks->size(), blocks);
+    EXPECT_TRUE(stream.capture.isRunning());
+    stream.capture.stop();
+}
+
+TEST(LiveAudio, losesTheDroppedPacketAndTheOneThatShowsTheGap) {
+    Stream stream(2);
+    auto &handle = stream.addWaveform(0);
+    const Results results(handle);
+    const support::LogRecorder log;
+    stream.capture.start();
+    handle.start();
+    stream.send(10);
+    stream.send(packetsPerBlock - 10 + 1, 1);
+    ASSERT_TRUE(results.wait(1));
+    EXPECT_EQ(log.count("Packets missed:  1"), 1);
+    EXPECT_EQ(log.warnings().size(), 1U);
+    const auto &block = results.blocks->front();
+    for (std::size_t index = 0; index < block.size(); ++index) {
+        const std::size_t sent = index < 60 ? index : index + std::size_t{2} * samplesPerPacket;
+        ASSERT_EQ(block[index], toneCode(sent, 0) / 32768.0) << index;
+    }
+    stream.capture.stop();
+}
+
+TEST(LiveAudio, announcesAStreamToTheReceiverOfMessages) {
+    ISonvex &facade = ISonvex::createInstance();
+    std::vector<std::string> seen;
+    const auto record = [&](const std::shared_ptr<sonvex::imessages::IBaseMessage> &message) {
+        const auto &change = dynamic_cast<sonvex::imessages::IChannelAmountChanged &>(*message);
+        seen.push_back(message->getName() + " " + message->getMessageId() + " " +
+                       std::to_string(change.getChannelAmountBefore()) + ">" +
+                       std::to_string(change.getChannelAmountAfter()) + " of " +
+                       std::to_string(change.getConfiguredChannelAmount()));
+    };
+    Stream early(2);
+    auto &handle = early.addWaveform(0);
+    const Results results(handle);
+    handle.start();
+    early.capture.start();
+    facade.setMessageReceiver({});
+    early.send(packetsPerBlock);
+    ASSERT_TRUE(results.wait(1)); // its announcement is gone
+    Stream late(4);
+    facade.setMessageReceiver(record);
+    late.send(1);
+    ASSERT_TRUE(waitFor([&] { return !seen.empty(); }));
+    EXPECT_EQ(seen.front(), "ChannelAmountChanged " + late.mac + " -1>4 of 4");
+    facade.setMessageReceiver({});
+    early.capture.stop();
+}
+
+TEST(LiveAudio, keepsSourceAndBindingWhenAProcessorComesBack) {
+    ISonvex &facade = ISonvex::createInstance();
+    Stream stream(2);
+    auto &handle = stream.addWaveform(0);
+    sonvex::IMeteringDataSource &source = facade.getMeteringDataSource(handle);
+    EXPECT_FALSE(source.bindChannelCallback({}));
+    EXPECT_NE(source.toString().find("List of bound callbacks: []"), std::string::npos);
+    const Results results(handle);
+    const Results dropped(handle);
+    EXPECT_TRUE(results.bound);
+    EXPECT_TRUE(dropped.bound); // but the first function stays
+    stream.capture.start();
+    for (std::size_t life = 1; life <= 3; ++life) {
+        EXPECT_TRUE(handle.isHandleBound());
+        handle.start();
+        EXPECT_TRUE(handle.isProcessingActive());
+        stream.send(packetsPerBlock);
+        ASSERT_TRUE(results.wait(life));
+        facade.removeProcessor(handle);
+        EXPECT_FALSE(handle.isHandleBound());
+        handle.start();
+        EXPECT_FALSE(handle.isProcessingActive());
+        EXPECT_EQ(&facade.getMeteringDataSource(handle), &source);
+        EXPECT_THROW(facade.removeProcessor(handle), exceptions::ResourceNotAvailable);
+        EXPECT_EQ(&stream.addWaveform(0), &handle);
+        EXPECT_EQ(&facade.getMeteringDataSource(handle), &source);
+    }
+    EXPECT_TRUE(dropped.blocks->empty());
+    EXPECT_THROW(stream.addWaveform(0), exceptions::ProcessorAlreadyExists);
+    EXPECT_THROW(stream.addWaveform(2), exceptions::ResourceNotAvailable);
+    stream.capture.stop();
+}
+
+TEST(LiveAudio, changesItsClockWhileItRuns) {
+    Stream stream(2);
+    auto &config = sonvex::iprocess::IWaveformConfig::createInstance("config", blockSize);
+    auto &handle = stream.addWaveform(0, config);
+    const Results results(handle);
+    stream.capture.start();
+    handle.start();
+    stream.send(packetsPerBlock);
+    ASSERT_TRUE(results.wait(1));
+    config.setRefreshRate(5);
+    config.setClockType("Internal clock");
+    const std::size_t before = results.blocks->size();
+    ASSERT_TRUE(results.wait(before + 3)); // no frame arrives, the timer ticks
+    expectTone(results.blocks->back(), 0, 0);
+    config.setClockType("External clock");
+    config.setSampleAmount(blockSize / 2);
+    ASSERT_TRUE(waitFor([&] {
+        stream.send(packetsPerBlock);
+        return results.blocks->back().size() == blockSize / 2;
+    }));
+    EXPECT_TRUE(handle.isProcessingActive());
+    stream.buffer.setClockSignalingSampleAmount(0);
+    handle.stop();
+    stream.capture.stop();
+}
+
+} // namespace

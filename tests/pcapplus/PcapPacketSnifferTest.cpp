@@ -1,0 +1,353 @@
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <thread>
+
+#include <QSemaphore>
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+
+#include "core/messages/StatusMessage.h"
+#include "pcapplus/PcapPacketReceiverBase.h"
+#include "pcapplus/PcapPacketSniffer.h"
+#include "support/Adapters.h"
+#include "support/Frames.h"
+#include "support/LogRecorder.h"
+#include "support/NetworkNamespace.h"
+#include "support/waitFor.h"
+
+namespace {
+
+using support::adapter;
+using support::waitFor;
+
+/// Counts frames; may be told to hold the capture inside one.
+class CountingReceiver : public pcapplus::PcapPacketReceiverBase {
+public:
+    ~CountingReceiver() override { pcapplus::PacketHandlerSlot::instance().set(pcapplus::dummyPacketHandler); }
+    void receivePacket(u_char *, const pcap_pkthdr *header, const u_char *) override {
+        lastLength = header->len;
+        if (++frames == holdAt) {
+            gate.acquire();
+        }
+    }
+    std::string getReceiverName() const override { return "Counter (" + std::to_string(bound) + ")"; }
+    void onDeviceBound(int number) override { bound = number; }
+    std::string toString() const override { return {}; }
+
+    std::atomic<int> frames{0};
+    std::atomic<unsigned> lastLength{0};
+    int holdAt = -1;
+    QSemaphore gate;
+    int bound = -1;
+};
+
+struct Sniffer : pcapplus::PcapPacketSniffer {
+    explicit Sniffer(const pcapplus::PcapDeviceInfo &device) : PcapPacketSniffer(device, 65536, 1, 1, nullptr) {
+        connect(this, &PcapPacketSniffer::message, [this](const sonvex::BaseMessage &message) {
+            const auto &status = dynamic_cast<const sonvex::StatusMessage &>(message);
+            messages.push_back(status.getMessageType() + " " + status.getMessage());
+        });
+    }
+    ~Sniffer() override { disconnect(); } // what the base reports while it goes has no list any more
+    std::vector<std::string> messages;
+};
+
+std::vector<std::uint8_t> anyFrame() {
+    return support::makeFrame("020000000001", 0, 2, 6, [](unsigned, unsigned) { return std::int16_t{5}; });
+}
+
+std::string name(const pcapplus::PcapDeviceInfo &device) {
+    return "PcapPacketSniffer (eth" + std::to_string(device.getSystemDeviceNumber()) + ")";
+}
+
+TEST(PacketSniffer, startsAndStopsAsOftenAsWantedAndReportsIt) {
+    const auto lo = adapter("lo");
+    talker::RawSocket socket("lo");
+    CountingReceiver receiver;
+    const support::LogRecorder log;
+    {
+        Sniffer sniffer(lo);
+        EXPECT_TRUE(sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF));
+        sniffer.registerPacketReceiver(receiver);
+        sniffer.stop();
+        for (int run = 1; run <= 3; ++run) {
+            sniffer.start();
+            sniffer.start();
+            EXPECT_TRUE(sniffer.isRunning());
+            // The first frames may come before the loop listens: send until one arrives.
+            EXPECT_TRUE(waitFor([&] {
+                support::send(socket, anyFrame());
+                return receiver.frames >= run;
+            }));
+            sniffer.stop();
+            EXPECT_FALSE(sniffer.isRunning());
+            sniffer.waitForCaptureEnd();
+            receiver.frames = run;
+        }
+        EXPECT_EQ(receiver.lastLength, 62U);
+        const std::string number = std::to_string(lo.getSystemDeviceNumber());
+        EXPECT_EQ(sniffer.toString(),
+                  name(lo) + " configured on device: " + number + "\nBound to packet receiver: Counter (" + number +
+                      ")\nFilter set: ether proto 0x22f0\nRunning: 0\nAdapter details:\n\t" + lo.toString());
+        std::vector<std::string> expected{"INFORMATION Filter 'ether proto 0x22f0' enabled",
+                                          "INFORMATION Registered: Counter (" + number + ")",
+                                          "WARNING Sniffer not listening, cannot be stopped!"};
+        for (int run = 1; run <= 3; ++run) {
+            expected.insert(expected.end(),
+                            {"INFORMATION Start listening", "WARNING Sniffer already listening, cannot be started!",
+                             "INFORMATION Stop listening"});
+        }
+        EXPECT_EQ(sniffer.messages, expected);
+    }
+    const std::string item = " \"" + name(lo) + "\" ";
+    EXPECT_EQ(log.count("D pcapplus::RunPcapEventLoop::run" + item + "PCAP listener active"), 3);
+    EXPECT_EQ(log.count("D pcapplus::RunPcapEventLoop::run" + item + "PCAP listener INACTIVE"), 3);
+    EXPECT_EQ(log.count("D pcapplus::RunPcapEventLoop::~RunPcapEventLoop" + item + "Released!"), 3);
+    EXPECT_EQ(
+        log.count("D pcapplus::PcapPacketSniffer::configure" + item + "\"Successfully configured adapter number "), 1);
+    EXPECT_EQ(log.count("W pcapplus::PcapPacketSniffer::start" + item + "\"Sniffer already listening, "), 3);
+    EXPECT_EQ(log.lines().back(),
+              "D pcapplus::PcapPacketSniffer::~PcapPacketSniffer" + item + "Release PCAP and free memory");
+    EXPECT_EQ(*(log.lines().end() - 2),
+              "W pcapplus::PcapPacketSniffer::stop" + item + "\"Sniffer not listening, cannot be stopped!\"");
+}
+
+TEST(PacketSniffer, reportsAnInvalidDeviceAndDoesNothingWithIt) {
+    const support::LogRecorder log;
+    Sniffer sniffer(pcapplus::PcapDeviceInfo(-1, "lo", "d"));
+    const std::string item = " \"PcapPacketSniffer (eth-1)\" ";
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"D pcapplus::PcapPacketSniffer::configure" + item +
+                                                    "Passed device info object is invalid! Cannot configure device  "
+                                                    "number:  -1"});
+    sniffer.start();
+    EXPECT_FALSE(sniffer.setFilter("udp", 1, 0xFFFFFFFF));
+    EXPECT_FALSE(sniffer.isRunning());
+    const std::string report = "WARNING Sniffer not configured properly! Please set a valid configuration!";
+    EXPECT_EQ(sniffer.messages, (std::vector<std::string>{report, report}));
+    const std::string ending = "\nNicSniffer initialized but not configured properly!";
+    const std::string dump = sniffer.toString();
+    EXPECT_EQ(dump.substr(dump.size() - ending.size()), ending);
+}
+
+TEST(PacketSniffer, givesTheReasonThatLibpcapGivesForAnAdapterItCannotOpen) {
+    support::makeVethPair("down0", "down1");
+    support::setInterfaceUp("down0", false);
+    for (const auto &device : {adapter("down0"), support::missingAdapter()}) {
+        char error[PCAP_ERRBUF_SIZE] = "";
+        ASSERT_EQ(pcap_open_live(device.getSystemDeviceName().c_str(), 65536, 1, 1, error), nullptr);
+        const support::LogRecorder log;
+        const Sniffer sniffer(device);
+        EXPECT_EQ(log.lines(), std::vector<std::string>{"D pcapplus::PcapPacketSniffer::configure \"" + name(device) +
+                                                        "\" \"Unable to open the adapter number " +
+                                                        std::to_string(device.getSystemDeviceNumber()) +
+                                                        ". Error message: " + error + "\""});
+    }
+    support::removeInterface("down0");
+}
+
+TEST(PacketSniffer, keepsTheFilterThatWorkedAndChangesItWhileItRuns) {
+    talker::RawSocket socket("lo");
+    CountingReceiver receiver;
+    Sniffer sniffer(adapter("lo"));
+    sniffer.registerPacketReceiver(receiver);
+    EXPECT_FALSE(sniffer.setFilter("no such filter", 1, 0xFFFFFFFF));
+    EXPECT_EQ(sniffer.messages.back(), "INFORMATION Filter 'no such filter': Unable to compile! Check the syntax");
+    EXPECT_NE(sniffer.toString().find("\nFilter set: None\n"), std::string::npos);
+    sniffer.start();
+    const auto arrives = [&] {
+        const int before = receiver.frames;
+        return waitFor([&] {
+            support::send(socket, anyFrame());
+            return receiver.frames > before;
+        });
+    };
+    EXPECT_TRUE(arrives()); // unfiltered
+    EXPECT_TRUE(sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF));
+    EXPECT_TRUE(arrives());
+    EXPECT_FALSE(sniffer.setFilter("((", 1, 0xFFFFFFFF));
+    EXPECT_NE(sniffer.toString().find("\nFilter set: ether proto 0x22f0\n"), std::string::npos);
+    EXPECT_TRUE(arrives());
+    EXPECT_TRUE(sniffer.setFilter("udp", 1, 0xFFFFFFFF));
+    const int before = receiver.frames;
+    for (int i = 0; i < 100; ++i) {
+        support::send(socket, anyFrame());
+    }
+    EXPECT_TRUE(sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF)); // behind all that the last filter refused
+    EXPECT_TRUE(arrives());
+    EXPECT_LT(receiver.frames, before + 100);
+    EXPECT_TRUE(sniffer.isRunning());
+}
+
+TEST(PacketSniffer, losesNothingWhileItsReceiverStalls) {
+    using std::chrono::milliseconds;
+    constexpr milliseconds stall{25};        // the ring that libpcap makes by default holds 7 ms
+    constexpr milliseconds longestStall{90}; // beyond this, the machine's own hiccup would be to blame for a loss
+    talker::RawSocket socket("lo");
+    for (bool measured = false; !measured;) {
+        CountingReceiver receiver;
+        receiver.holdAt = 1;
+        Sniffer sniffer(adapter("lo"));
+        sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
+        sniffer.registerPacketReceiver(receiver);
+        sniffer.start();
+        int sent = 0;
+        const auto begin = std::chrono::steady_clock::now();
+        while (std::chrono::steady_clock::now() - begin < stall) {
+            support::send(socket, anyFrame());
+            ++sent;
+        }
+        ASSERT_TRUE(waitFor([&] { return receiver.frames == 1; }));
+        receiver.gate.release();
+        measured = std::chrono::steady_clock::now() - begin < longestStall;
+        if (measured) {
+            EXPECT_TRUE(waitFor([&] { return receiver.frames >= sent; })) << receiver.frames << " of " << sent;
+            EXPECT_EQ(receiver.frames, sent);
+        }
+    }
+}
+
+TEST(PacketSniffer, beginsWithTheFramesFromItsStartOn) {
+    talker::RawSocket socket("lo");
+    CountingReceiver receiver;
+    Sniffer sniffer(adapter("lo"));
+    sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
+    sniffer.registerPacketReceiver(receiver);
+    for (int run = 0; run < 3; ++run) {
+        for (int i = 0; i < 1000; ++i) {
+            support::send(socket, anyFrame()); // the open adapter gathers them
+        }
+        receiver.frames = 0;
+        sniffer.start();
+        for (int i = 0; i < 100; ++i) {
+            support::send(socket, anyFrame());
+        }
+        EXPECT_TRUE(waitFor([&] { return receiver.frames >= 100; }));
+        EXPECT_EQ(receiver.frames, 100);
+        sniffer.stop();
+        sniffer.waitForCaptureEnd();
+    }
+}
+
+TEST(PacketSniffer, handsAllFramesToTheReceiverRegisteredLast) {
+    support::makeVethPair("near0", "far0");
+    talker::RawSocket loopback("lo");
+    talker::RawSocket veth("far0");
+    CountingReceiver first;
+    CountingReceiver second;
+    Sniffer onLoopback(adapter("lo"));
+    onLoopback.registerPacketReceiver(first);
+    onLoopback.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
+    onLoopback.start();
+    const support::LogRecorder log;
+    {
+        Sniffer onVeth(adapter("near0"));
+        onVeth.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
+        onVeth.registerPacketReceiver(second);
+        const int before = first.frames;
+        onVeth.start();
+        for (talker::RawSocket *socket : {&loopback, &veth}) {
+            const int arrived = second.frames;
+            EXPECT_TRUE(waitFor([&] {
+                support::send(*socket, anyFrame());
+                return second.frames > arrived;
+            }));
+        }
+        EXPECT_EQ(first.frames, before);
+    }
+    // The end of any sniffer empties the slot, for the one that still runs as well.
+    EXPECT_TRUE(waitFor([&] {
+        support::send(loopback, anyFrame());
+        return log.count(
+                   "W dummyPacketHandler Pcap++ callback not bound! Please call method 'registerCallback' to bind "
+                   "a valid receiver!") > 0;
+    }));
+    support::removeInterface("near0");
+}
+
+TEST(PacketSniffer, survivesTheLossOfItsAdapter) {
+    support::makeVethPair("gone0", "gone1");
+    CountingReceiver receiver;
+    const support::LogRecorder log;
+    Sniffer sniffer(adapter("gone0"));
+    sniffer.registerPacketReceiver(receiver);
+    sniffer.start();
+    support::removeInterface("gone0");
+    EXPECT_TRUE(waitFor([&] { return log.count("PCAP listener INACTIVE") == 1; }));
+    EXPECT_TRUE(sniffer.isRunning());
+    sniffer.stop();
+    sniffer.start();
+    EXPECT_TRUE(waitFor([&] { return log.count("PCAP listener INACTIVE") == 2; }));
+}
+
+/// Fills the global pool with tasks that wait for the end of the test.
+class FullPool {
+public:
+    FullPool() {
+        pool->setMaxThreadCount(2);
+        for (int task = 0; task < 4; ++task) { // two run, two wait in the queue
+            pool->start([this] { gate.acquire(); });
+        }
+    }
+    ~FullPool() {
+        gate.release(4);
+        pool->waitForDone();
+        pool->setMaxThreadCount(QThread::idealThreadCount());
+    }
+
+private:
+    QThreadPool *pool = QThreadPool::globalInstance();
+    QSemaphore gate;
+};
+
+TEST(PacketSniffer, neitherWaitsForTheHostsTasksNorStarvesThem) {
+    Sniffer sniffer(adapter("lo"));
+    const support::LogRecorder log;
+    {
+        const FullPool pool;
+        sniffer.start();
+        EXPECT_TRUE(waitFor([&] { return log.count("PCAP listener active") == 1; }));
+        sniffer.stop();
+        sniffer.waitForCaptureEnd();
+    }
+    QThreadPool *pool = QThreadPool::globalInstance();
+    pool->setMaxThreadCount(1);
+    sniffer.start();
+    std::promise<void> ran;
+    pool->start([&] { ran.set_value(); });
+    EXPECT_EQ(ran.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    pool->setMaxThreadCount(0); // a pool that takes nothing any more: the loop of the next start stays in its queue
+    sniffer.stop();
+    sniffer.start();
+    sniffer.stop();
+    sniffer.waitForCaptureEnd();
+    pool->setMaxThreadCount(QThread::idealThreadCount());
+    EXPECT_TRUE(waitFor([&] { return pool->activeThreadCount() == 0; }));
+}
+
+TEST(PacketHandlerSlot, letsReadersInTogetherAndAWriteWaitForThem) {
+    pcapplus::PacketHandlerSlot &slot = pcapplus::PacketHandlerSlot::instance();
+    QSemaphore inside;
+    QSemaphore gate;
+    slot.set([&](u_char *, const pcap_pkthdr *, const u_char *) {
+        inside.release();
+        gate.acquire();
+    });
+    std::thread readers[] = {std::thread([] { pcapplus::forwardCapturedPacket(nullptr, nullptr, nullptr); }),
+                             std::thread([] { pcapplus::forwardCapturedPacket(nullptr, nullptr, nullptr); })};
+    EXPECT_TRUE(inside.tryAcquire(2, 20000)); // both at the same time
+    auto write = std::async(std::launch::async, [&] { slot.set(pcapplus::dummyPacketHandler); });
+    EXPECT_EQ(write.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    gate.release(2);
+    EXPECT_EQ(write.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    for (std::thread &reader : readers) {
+        reader.join();
+    }
+    const support::LogRecorder log;
+    pcapplus::forwardCapturedPacket(nullptr, nullptr, nullptr);
+    EXPECT_EQ(log.count("W dummyPacketHandler"), 1);
+}
+
+} // namespace

@@ -1,0 +1,89 @@
+#include "support/LogRecorder.h"
+
+#include <mutex>
+
+#include <QString>
+
+namespace support {
+
+namespace {
+
+struct State {
+    std::mutex mutex;
+    bool recording = false;
+    std::vector<std::string> lines;
+    std::vector<std::string> faults;
+};
+
+/// Never destroyed: the library logs until the very end of the process.
+State &state() {
+    static State &instance = *new State;
+    return instance;
+}
+
+void handleLine(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text) {
+    const std::string line = (type == QtDebugMsg ? "D " : "W ") + text.toStdString();
+    State &current = state();
+    const std::lock_guard<std::mutex> lock(current.mutex);
+    if (current.recording) {
+        current.lines.push_back(line);
+    }
+    for (const char *fault : {"Cannot queue arguments", "QObject::", "QTimer::", "QThread:", "QMetaType"}) {
+        if (line.compare(2, std::string(fault).size(), fault) == 0 || line.find("Cannot queue") != std::string::npos) {
+            current.faults.push_back(line);
+            break;
+        }
+    }
+}
+
+} // namespace
+
+LogRecorder::LogRecorder() {
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    state().recording = true;
+    state().lines.clear();
+}
+
+LogRecorder::~LogRecorder() {
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    state().recording = false;
+}
+
+std::vector<std::string> LogRecorder::lines() const {
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    return state().lines;
+}
+
+std::vector<std::string> LogRecorder::warnings() const {
+    std::vector<std::string> result;
+    for (const std::string &line : lines()) {
+        if (line.front() == 'W') {
+            result.push_back(line);
+        }
+    }
+    return result;
+}
+
+int LogRecorder::count(const std::string &text) const {
+    int found = 0;
+    for (const std::string &line : lines()) {
+        found += line.find(text) != std::string::npos ? 1 : 0;
+    }
+    return found;
+}
+
+void LogRecorder::clear() {
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    state().lines.clear();
+}
+
+void LogRecorder::install() {
+    qInstallMessageHandler(handleLine);
+}
+
+std::vector<std::string> LogRecorder::takeFaults() {
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    return std::exchange(state().faults, {});
+}
+
+} // namespace support

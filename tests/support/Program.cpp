@@ -1,0 +1,33 @@
+#include "support/Program.h"
+
+#include <algorithm>
+#include <csignal>
+#include <iterator>
+
+namespace support {
+
+Program::Program(const std::string &path, const std::vector<std::string> &arguments) {
+    QStringList list;
+    std::transform(arguments.begin(), arguments.end(), std::back_inserter(list), QString::fromStdString);
+    process_.start(QString::fromStdString(path), list);
+    process_.waitForStarted();
+}
+
+Program::~Program() {
+    process_.kill();
+    process_.waitForFinished();
+}
+
+void Program::signal(int number) {
+    ::kill(static_cast<pid_t>(process_.processId()), number);
+}
+
+Program::Result Program::wait() {
+    // A short program may have ended already.
+    const bool ended = process_.state() == QProcess::NotRunning || process_.waitForFinished(60'000);
+    const bool orderly = ended && process_.error() == QProcess::UnknownError;
+    return {orderly ? process_.exitCode() : -1, process_.readAllStandardOutput().toStdString(),
+            process_.readAllStandardError().toStdString()};
+}
+
+} // namespace support

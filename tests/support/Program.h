@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <QProcess>
+
+namespace support {
+
+/// A program that runs beside the test, in the same namespace; killed if the test ends first.
+class Program {
+public:
+    struct Result {
+        int exitStatus; ///< -1 if it crashed, could not be started or did not end within 60 s
+        std::string out;
+        std::string err;
+    };
+
+    Program(const std::string &path, const std::vector<std::string> &arguments);
+    ~Program();
+
+    void signal(int number);
+
+    /// Waits for its end.
+    Result wait();
+
+private:
+    QProcess process_;
+};
+
+} // namespace support

@@ -1,0 +1,101 @@
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "support/Program.h"
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+/// Expects exit status 2 and one line about the reason, with nothing sent.
+void expectRefusal(const support::Program::Result &result, const std::string &reason) {
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+}
+
+struct Refused {
+    Arguments arguments;
+    std::string reason;
+};
+
+/// @param first what every command line begins with
+void expectRefusals(const Arguments &first, const std::vector<Refused> &table) {
+    for (const Refused &refused : table) {
+        Arguments arguments = first;
+        arguments.insert(arguments.end(), refused.arguments.begin(), refused.arguments.end());
+        SCOPED_TRACE(testing::PrintToString(refused.arguments));
+        expectRefusal(support::Program(SONVEX_TALKER, arguments).wait(), refused.reason);
+    }
+}
+
+const Arguments stream = {"--device", "lo", "--source", "020000000001", "--frames", "1"};
+
+TEST(CommandLine, refusesAnIncompleteOrContradictoryRequest) {
+    expectRefusals({}, {{{"--seconds", "0.5", "--frames", "1", "--device", "lo"}, "exclude each other"},
+                        {{}, "--device is missing"},
+                        {{"--device"}, "Missing value"},
+                        {{"--device", "no\nadapter"}, "unknown adapter 'no?adapter', there are: lo"},
+                        {{"--device", "lo"}, "no address of its own"}});
+}
+
+TEST(CommandLine, refusesNumbersOutOfRangeAndStrayWords) {
+    expectRefusals(stream, {{{"--colour", "red"}, "Unknown option 'colour'"},
+                            {{"stray"}, "'stray'"},
+                            {{"--frames", "0"}, "--frames: '0'"},
+                            {{"--frames", "1e3"}, "--frames: '1e3'"},
+                            {{"--frames", "-1"}, "--frames: '-1'"},
+                            {{"--channels", "0"}, "'0' is no number from 1 to 1023"},
+                            {{"--channels", "1024"}, "'1024' is no number from 1 to 1023"},
+                            {{"--channels", "2x"}, "'2x'"},
+                            {{"--channels", " 2"}, "' 2'"},
+                            {{"--channels", ""}, "''"},
+                            {{"--samples-per-packet", "0"}, "'0'"},
+                            {{"--channels", "1023", "--samples-per-packet", "33"}, "more than an AAF frame can hold"}});
+}
+
+TEST(CommandLine, refusesMalformedAddresses) {
+    expectRefusals(stream, {{{"--source", "02000000000"}, "'02000000000' is no MAC"},
+                            {{"--source", "0200000000011"}, "no MAC"},
+                            {{"--source", "02:00:00:00-00:01"}, "no MAC"},
+                            {{"--source", "02:00:00:00:00:0g"}, "no MAC"},
+                            {{"--source", "+200:00:00:00:01:"}, "no MAC"},
+                            {{"--destination", "91:e0:f0:00:fe: 0"}, "--destination"},
+                            {{"--destination", ""}, "--destination"}});
+}
+
+TEST(CommandLine, refusesSignalsThatItCannotPlay) {
+    expectRefusals(stream, {{{"--signal", "triangle:1:1"}, "signal 'triangle:1:1'"},
+                            {{"--signal", "sine:1000"}, "signal 'sine:1000'"},
+                            {{"--signal", "sine:1000:0.5:1"}, "'0.5:1'"},
+                            {{"--signal", "sine:24001:1"}, "'24001'"},
+                            {{"--signal", "square:1:nan"}, "'nan'"},
+                            {{"--signal", "noise:-1"}, "'-1'"},
+                            {{"--signal", "ramp:1"}, "'ramp:1'"},
+                            {{"--signal", "wav"}, "'wav'"},
+                            {{"--signal", "ramp", "--signal", "wav:missing.wav"}, "'missing.wav'"},
+                            {{"--signal", "wav:" SONVEX_TALKER}, "audio file"}});
+}
+
+TEST(CommandLine, refusesFaultsThatNoFrameCanHave) {
+    expectRefusals(stream, {{{"--drop", "x"}, "--drop"},
+                            {{"--drop", "1:2"}, "not of the form FRAME"},
+                            {{"--repeat", "-1"}, "--repeat"},
+                            {{"--drop", "1", "--drop", "1"}, "given twice for frame 1"},
+                            {{"--channels-at", "1"}, "not of the form FRAME:VALUE"},
+                            {{"--channels-at", "1:1024"}, "'1024'"},
+                            {{"--length-at", "0:65536"}, "'65536'"},
+                            {{"--truncate", "0:13"}, "'13'"},
+                            {{"--truncate", "0:62"}, "frame 0 has only 62 bytes"},
+                            {{"--channels-at", "1:1", "--truncate", "2:50"}, "frame 2 has only 50 bytes"},
+                            {{"--samples-per-packet", "100", "--channels-at", "9:328"}, "more than an AAF frame"}});
+}
+
+TEST(CommandLine, withoutTheRightToSendNamesTheRemedy) {
+    expectRefusal(support::Program("setpriv", {"--bounding-set=-net_raw", SONVEX_TALKER, "--device", "lo"}).wait(),
+                  "CAP_NET_RAW");
+}
+
+} // namespace
