@@ -1,0 +1,47 @@
+# What the scripts share; to be sourced. Leaves the caller in the project's root.
+# shellcheck shell=bash disable=SC2034
+set -euo pipefail
+shopt -s inherit_errexit
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+project_root=$PWD
+
+# Read by CMake on the first configuration of a build folder. Without a writable cache ccache would fail every compile.
+if ccache --show-stats >/dev/null 2>&1; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+fi
+
+die() {
+    echo "${0##*/}: $*" >&2
+    exit 1
+}
+
+# build PRESET: everything, tests and benchmarks included.
+build() {
+    cmake --preset "$1" >/dev/null &&
+        cmake --build --preset "$1"
+}
+
+# All C++ files of the project, each ended by a zero byte.
+cpp_files() {
+    local folders=()
+    for folder in "$@"; do
+        [[ ! -d $folder ]] || folders+=("$folder")
+    done
+    find "${folders[@]}" -type f \( -name '*.cpp' -o -name '*.h' \) -print0 | sort -z
+}
+
+cpp_folders=(include src apps tests benchmarks fuzz examples)
+
+# The command that runs another one in a network of its own, as words in the array network_namespace.
+find_network_namespace() {
+    local candidates=("unshare --net" "unshare --map-root-user --net")
+    for candidate in "${candidates[@]}"; do
+        read -ra network_namespace <<<"$candidate"
+        if "${network_namespace[@]}" ip link set lo up 2>/dev/null; then
+            return
+        fi
+    done
+    die "this system forbids network namespaces to $(id -un): run as root, or allow them with" \
+        "'sysctl kernel.unprivileged_userns_clone=1 user.max_user_namespaces=10000'"
+}
