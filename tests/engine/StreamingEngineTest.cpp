@@ -98,6 +98,7 @@ TEST(StreamingEngine, receivesTheStreamsOfAnAdapterSampleForSample) {
 TEST(StreamingEngine, addsAStreamWhileFramesArrive) {
     talker::RawSocket socket("lo");
     Stream first("020000000001", support::adapter("lo"));
+    std::vector<std::unique_ptr<Stream>> streams; // they outlive the engine, whose capture reads them to its end
     StreamingEngine engine;
     engine.addRemoteStreamReceiver(first.stream);
     engine.getNetworkDeviceHandle("lo")->start();
@@ -108,7 +109,6 @@ TEST(StreamingEngine, addsAStreamWhileFramesArrive) {
             support::send(socket, rampFrame("030000000009", number));
         }
     });
-    std::vector<std::unique_ptr<Stream>> streams;
     const support::LogRecorder log;
     for (int number = 0; number < 10; ++number) {
         streams.push_back(std::make_unique<Stream>("03000000000" + std::to_string(number), first.adapter));

@@ -65,6 +65,7 @@ class SampleProcessor : public testing::Test {
 protected:
     /// The clocks that called since the last call, with the samples of two signals on the way.
     Ticks ticks(support::ProcessorRun &processor) {
+        processor.settle();
         processor.results.clear();
         support::capture(buffer, support::ramp(0, 6));
         processor.settle();
@@ -76,6 +77,7 @@ protected:
     }
 
     bool waitForTick(support::ProcessorRun &processor) {
+        processor.settle();
         processor.results.clear();
         return support::waitFor([&] { return !processor.results.empty(); }) &&
                processor.results.front().getName() == "InternalClock 0";
