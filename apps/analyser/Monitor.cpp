@@ -35,8 +35,8 @@ std::string shortBufferNote(const MonitorOptions &options) {
 
 } // namespace
 
-Monitor::Monitor(const MonitorOptions &newOptions)
-    : options(newOptions), session(options), output(options.output), sink(makeSink()), probe(options.device),
+Monitor::Monitor(const MonitorOptions &options)
+    : options(options), session(options), output(options.output), sink(makeSink()), probe(options.device),
       diagnosis(options) {}
 
 Monitor::~Monitor() = default;

@@ -21,7 +21,7 @@ class ResultSink;
 class Monitor {
 public:
     /// @throws Refusal if the options don't fit the machine
-    explicit Monitor(const MonitorOptions &newOptions);
+    explicit Monitor(const MonitorOptions &options);
     ~Monitor();
     Monitor(const Monitor &) = delete;
     Monitor &operator=(const Monitor &) = delete;

@@ -41,7 +41,7 @@ std::string openRefusal(const std::string &device, const std::string &libraryTex
 
 } // namespace
 
-Session::Session(const MonitorOptions &newOptions) : options(newOptions), adapter(findAdapter(newOptions.device)) {}
+Session::Session(const MonitorOptions &options) : options(options), adapter(findAdapter(options.device)) {}
 
 Session::~Session() {
     end();

@@ -55,7 +55,7 @@ struct Result {
 class Session {
 public:
     /// Finds the adapter. @throws Refusal if there is no adapter of this name
-    explicit Session(const MonitorOptions &newOptions);
+    explicit Session(const MonitorOptions &options);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;

@@ -7,14 +7,14 @@ namespace talker {
 
 AafFrame::AafFrame(const MacAddress &source, const MacAddress &destination, unsigned channels,
                    unsigned samplesPerChannel) {
-    std::copy(destination.begin(), destination.end(), bytes_.begin());
-    std::copy(source.begin(), source.end(), bytes_.begin() + 6);
+    std::copy(destination.begin(), destination.end(), bytes.begin());
+    std::copy(source.begin(), source.end(), bytes.begin() + 6);
     write16(12, 0x22f0);
-    bytes_[14] = 0x02; // AAF
-    bytes_[15] = 0x81; // stream ID and timestamp are valid
-    std::copy(source.begin(), source.end(), bytes_.begin() + 18);
-    bytes_[30] = 0x04; // 16-bit integer
-    bytes_[33] = 16;   // all of the bits are used
+    bytes[14] = 0x02; // AAF
+    bytes[15] = 0x81; // stream ID and timestamp are valid
+    std::copy(source.begin(), source.end(), bytes.begin() + 18);
+    bytes[30] = 0x04; // 16-bit integer
+    bytes[33] = 16;   // all of the bits are used
     setFormat(channels, samplesPerChannel);
 }
 
@@ -23,8 +23,8 @@ void AafFrame::setFormat(unsigned channels, unsigned samplesPerChannel) {
         dataLength(channels, samplesPerChannel) > maxDataLength) {
         throw std::out_of_range("no AAF frame has this format");
     }
-    channels_ = channels;
-    samplesPerChannel_ = samplesPerChannel;
+    this->channels = channels;
+    this->samplesPerChannel = samplesPerChannel;
     write16(31, static_cast<std::uint16_t>(0x5000 | channels)); // 48 kHz, then ten bits of channels
     setDataLength(static_cast<std::uint16_t>(dataLength(channels, samplesPerChannel)));
 }

@@ -31,31 +31,30 @@ public:
     /// Declares the format and the data length that belongs to it. The samples are undefined until they are set.
     /// @throws std::out_of_range for a format that no frame can declare
     void setFormat(unsigned channels, unsigned samplesPerChannel);
-    void setSequence(std::uint8_t sequence) { bytes_[16] = sequence; }
+    void setSequence(std::uint8_t sequence) { bytes[16] = sequence; }
     /// @param timestamp presentation time of the first sample in ns, modulo 2^32
     void setTimestamp(std::uint32_t timestamp);
     /// Declares a data length that may be false; the size of the frame stays.
     void setDataLength(std::uint16_t length) { write16(34, length); }
     /// @pre sample and channel are within the format
     void setSample(unsigned sample, unsigned channel, std::int16_t code) {
-        write16(headerSize + dataLength(channels_, sample) + std::size_t{2} * channel,
-                static_cast<std::uint16_t>(code));
+        write16(headerSize + dataLength(channels, sample) + std::size_t{2} * channel, static_cast<std::uint16_t>(code));
     }
 
-    unsigned channels() const { return channels_; }
-    unsigned samplesPerChannel() const { return samplesPerChannel_; }
-    const std::uint8_t *data() const { return bytes_.data(); }
-    std::size_t size() const { return headerSize + dataLength(channels_, samplesPerChannel_); }
+    unsigned getChannels() const { return channels; }
+    unsigned getSamplesPerChannel() const { return samplesPerChannel; }
+    const std::uint8_t *data() const { return bytes.data(); }
+    std::size_t size() const { return headerSize + dataLength(channels, samplesPerChannel); }
 
 private:
     void write16(std::size_t offset, std::uint16_t value) {
-        bytes_[offset] = static_cast<std::uint8_t>(value >> 8);
-        bytes_[offset + 1] = static_cast<std::uint8_t>(value);
+        bytes[offset] = static_cast<std::uint8_t>(value >> 8);
+        bytes[offset + 1] = static_cast<std::uint8_t>(value);
     }
 
-    std::array<std::uint8_t, headerSize + maxDataLength> bytes_ = {};
-    unsigned channels_ = 0;
-    unsigned samplesPerChannel_ = 0;
+    std::array<std::uint8_t, headerSize + maxDataLength> bytes = {};
+    unsigned channels = 0;
+    unsigned samplesPerChannel = 0;
 };
 
 } // namespace talker

@@ -8,15 +8,15 @@
 namespace talker {
 
 ChannelSignals::ChannelSignals(const std::vector<std::string> &texts) {
-    std::transform(texts.begin(), texts.end(), std::back_inserter(signals_), createSignal);
+    std::transform(texts.begin(), texts.end(), std::back_inserter(signals), createSignal);
 }
 
 void ChannelSignals::fill(AafFrame &frame, std::uint64_t firstSample) const {
-    for (unsigned sample = 0; sample < frame.samplesPerChannel(); ++sample) {
+    for (unsigned sample = 0; sample < frame.getSamplesPerChannel(); ++sample) {
         std::int16_t code = 0;
-        for (unsigned channel = 0; channel < frame.channels(); ++channel) {
-            const bool hasItsOwn = channel < signals_.size();
-            const SignalSource &signal = hasItsOwn ? *signals_[channel] : *signals_.back();
+        for (unsigned channel = 0; channel < frame.getChannels(); ++channel) {
+            const bool hasItsOwn = channel < signals.size();
+            const SignalSource &signal = hasItsOwn ? *signals[channel] : *signals.back();
             if (hasItsOwn || signal.differsByChannel()) {
                 code = signal.code(firstSample + sample, channel);
             }

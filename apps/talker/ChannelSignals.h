@@ -21,7 +21,7 @@ public:
     void fill(AafFrame &frame, std::uint64_t firstSample) const;
 
 private:
-    std::vector<std::unique_ptr<const SignalSource>> signals_;
+    std::vector<std::unique_ptr<const SignalSource>> signals;
 };
 
 } // namespace talker

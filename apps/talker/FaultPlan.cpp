@@ -25,7 +25,7 @@ void FaultPlan::add(Fault fault, const std::string &text) {
     }
 
     const auto frame = parseNumber<std::uint64_t>(text.substr(0, colon), name + ", frame", 0, lastFrame);
-    std::optional<unsigned> &value = faults_[frame][fault];
+    std::optional<unsigned> &value = faults[frame][fault];
     if (value) {
         throw Refusal(name + ": given twice for frame " + std::to_string(frame));
     }
@@ -49,10 +49,10 @@ void FaultPlan::add(Fault fault, const std::string &text) {
 }
 
 void FaultPlan::check(unsigned channels, unsigned samplesPerChannel) const {
-    for (const auto &[frame, faults] : faults_) {
-        channels = faults[Fault::Channels].value_or(channels);
+    for (const auto &[frame, ofFrame] : faults) {
+        channels = ofFrame[Fault::Channels].value_or(channels);
         const std::size_t size = AafFrame::headerSize + AafFrame::dataLength(channels, samplesPerChannel);
-        if (faults[Fault::Truncate].value_or(0) >= size) {
+        if (ofFrame[Fault::Truncate].value_or(0) >= size) {
             throw Refusal(optionName(Fault::Truncate) + ": frame " + std::to_string(frame) + " has only " +
                           std::to_string(size) + " bytes");
         }
@@ -61,13 +61,13 @@ void FaultPlan::check(unsigned channels, unsigned samplesPerChannel) const {
 
 const FrameFaults &FaultPlan::at(std::uint64_t frame) const {
     static const FrameFaults none;
-    const auto found = faults_.find(frame);
-    return found == faults_.end() ? none : found->second;
+    const auto found = faults.find(frame);
+    return found == faults.end() ? none : found->second;
 }
 
 unsigned FaultPlan::mostChannels(unsigned channels) const {
-    for (const auto &[frame, faults] : faults_) {
-        channels = std::max(channels, faults[Fault::Channels].value_or(0));
+    for (const auto &[frame, ofFrame] : faults) {
+        channels = std::max(channels, ofFrame[Fault::Channels].value_or(0));
     }
     return channels;
 }

@@ -22,11 +22,11 @@ inline constexpr std::array<const char *, 5> faultNames = {"drop", "repeat", "ch
 /// The faults of one frame: a value for each that it has, 0 where the kind needs none.
 class FrameFaults {
 public:
-    std::optional<unsigned> &operator[](Fault fault) { return values_[static_cast<std::size_t>(fault)]; }
-    const std::optional<unsigned> &operator[](Fault fault) const { return values_[static_cast<std::size_t>(fault)]; }
+    std::optional<unsigned> &operator[](Fault fault) { return values[static_cast<std::size_t>(fault)]; }
+    const std::optional<unsigned> &operator[](Fault fault) const { return values[static_cast<std::size_t>(fault)]; }
 
 private:
-    std::array<std::optional<unsigned>, faultNames.size()> values_;
+    std::array<std::optional<unsigned>, faultNames.size()> values;
 };
 
 /// All faults of a run, by the index that frames have where nothing is dropped or repeated.
@@ -46,7 +46,7 @@ public:
     unsigned mostChannels(unsigned channels) const;
 
 private:
-    std::map<std::uint64_t, FrameFaults> faults_;
+    std::map<std::uint64_t, FrameFaults> faults;
 };
 
 } // namespace talker

@@ -7,15 +7,15 @@ namespace talker {
 /// Closes what it holds.
 class FileDescriptor {
 public:
-    explicit FileDescriptor(int value) : value_(value) {}
-    ~FileDescriptor() { close(value_); }
+    explicit FileDescriptor(int value) : value(value) {}
+    ~FileDescriptor() { close(value); }
     FileDescriptor(const FileDescriptor &) = delete;
     FileDescriptor &operator=(const FileDescriptor &) = delete;
 
-    int get() const { return value_; }
+    int get() const { return value; }
 
 private:
-    int value_;
+    int value;
 };
 
 } // namespace talker

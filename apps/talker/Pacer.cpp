@@ -19,13 +19,13 @@ Pacer::Duration monotonicNow() {
 
 } // namespace
 
-Pacer::Pacer() : start_(monotonicNow()) {
+Pacer::Pacer() : start(monotonicNow()) {
     // By default the kernel may add 50 microseconds to every wait of a thread.
     prctl(PR_SET_TIMERSLACK, 1UL);
 }
 
 bool Pacer::waitUntil(Duration moment, const std::atomic<bool> &stop) const {
-    const Duration::rep deadline = (start_ + moment).count();
+    const Duration::rep deadline = (start + moment).count();
     const timespec time = {deadline / nanosecondsPerSecond, deadline % nanosecondsPerSecond};
     int result = EINTR;
     while (!stop && result == EINTR) {
@@ -35,7 +35,7 @@ bool Pacer::waitUntil(Duration moment, const std::atomic<bool> &stop) const {
 }
 
 Pacer::Duration Pacer::elapsed() const {
-    return monotonicNow() - start_;
+    return monotonicNow() - start;
 }
 
 } // namespace talker

@@ -20,7 +20,7 @@ public:
     Duration elapsed() const;
 
 private:
-    Duration start_;
+    Duration start;
 };
 
 } // namespace talker

@@ -44,7 +44,7 @@ int openSocket(const std::string &device) {
 
 } // namespace
 
-RawSocket::RawSocket(const std::string &device) : device_(device), socket_(openSocket(device)) {
+RawSocket::RawSocket(const std::string &device) : device(device), socket(openSocket(device)) {
     const auto require = [&device](bool done) {
         if (!done) {
             throw Refusal("adapter '" + device + "': " + std::generic_category().message(errno));
@@ -52,28 +52,28 @@ RawSocket::RawSocket(const std::string &device) : device_(device), socket_(openS
     };
     ifreq request = {};
     device.copy(request.ifr_name, IFNAMSIZ - 1);
-    require(ioctl(socket_.get(), SIOCGIFMTU, &request) == 0);
-    mtu_ = static_cast<std::size_t>(request.ifr_mtu);
+    require(ioctl(socket.get(), SIOCGIFMTU, &request) == 0);
+    mtu = static_cast<std::size_t>(request.ifr_mtu);
 
-    require(ioctl(socket_.get(), SIOCGIFHWADDR, &request) == 0);
+    require(ioctl(socket.get(), SIOCGIFHWADDR, &request) == 0);
     if (request.ifr_hwaddr.sa_family != ARPHRD_ETHER && request.ifr_hwaddr.sa_family != ARPHRD_LOOPBACK) {
         throw Refusal("adapter '" + device + "' does not carry Ethernet frames");
     }
-    std::copy_n(request.ifr_hwaddr.sa_data, address_.size(), address_.begin());
+    std::copy_n(request.ifr_hwaddr.sa_data, address.size(), address.begin());
 
     sockaddr_ll target = {};
     target.sll_family = AF_PACKET;
     target.sll_ifindex = static_cast<int>(if_nametoindex(device.c_str()));
-    require(bind(socket_.get(), reinterpret_cast<const sockaddr *>(&target), sizeof(target)) == 0);
+    require(bind(socket.get(), reinterpret_cast<const sockaddr *>(&target), sizeof(target)) == 0);
 }
 
 void RawSocket::send(const std::uint8_t *bytes, std::size_t size) {
     ssize_t sent = 0;
     do {
-        sent = ::send(socket_.get(), bytes, size, 0);
+        sent = ::send(socket.get(), bytes, size, 0);
     } while (sent < 0 && errno == EINTR);
     if (sent < 0) {
-        throw std::system_error(errno, std::generic_category(), "sending on '" + device_ + "' failed");
+        throw std::system_error(errno, std::generic_category(), "sending on '" + device + "' failed");
     }
 }
 

@@ -15,21 +15,21 @@ public:
     /// @throws Refusal for an unknown or unsuitable adapter and for missing permission
     explicit RawSocket(const std::string &device);
 
-    const std::string &device() const { return device_; }
+    const std::string &getDevice() const { return device; }
     /// Bytes that a frame may carry behind its Ethernet header.
-    std::size_t mtu() const { return mtu_; }
+    std::size_t getMtu() const { return mtu; }
     /// All zero on a loopback adapter.
-    const MacAddress &address() const { return address_; }
+    const MacAddress &getAddress() const { return address; }
 
     /// Waits while too many frames are on their way to the adapter.
     /// @throws std::system_error if the frame cannot be sent
     void send(const std::uint8_t *bytes, std::size_t size);
 
 private:
-    std::string device_;
-    FileDescriptor socket_;
-    std::size_t mtu_ = 0;
-    MacAddress address_ = {};
+    std::string device;
+    FileDescriptor socket;
+    std::size_t mtu = 0;
+    MacAddress address = {};
 };
 
 } // namespace talker

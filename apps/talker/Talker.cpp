@@ -18,9 +18,9 @@ Pacer::Duration timeOf(std::uint64_t sample) {
 constexpr auto transitTime = std::chrono::milliseconds(2);
 
 MacAddress sourceAddress(const TalkerOptions &options, const RawSocket &socket) {
-    const MacAddress address = options.source.value_or(socket.address());
+    const MacAddress address = options.source.value_or(socket.getAddress());
     if (!options.source && address == MacAddress{}) {
-        throw Refusal("adapter '" + socket.device() + "' has no address of its own: give one with --source");
+        throw Refusal("adapter '" + socket.getDevice() + "' has no address of its own: give one with --source");
     }
     return address;
 }
@@ -28,29 +28,29 @@ MacAddress sourceAddress(const TalkerOptions &options, const RawSocket &socket) 
 } // namespace
 
 Talker::Talker(const TalkerOptions &options, RawSocket &socket)
-    : options_(options), socket_(socket),
-      frame_(sourceAddress(options, socket), options.destination, options.channels, options.samplesPerPacket) {
+    : options(options), socket(socket),
+      frame(sourceAddress(options, socket), options.destination, options.channels, options.samplesPerPacket) {
     const unsigned channels = options.faults.mostChannels(options.channels);
     const std::size_t needed =
         AafFrame::headerSize - AafFrame::ethernetHeaderSize + AafFrame::dataLength(channels, options.samplesPerPacket);
-    if (needed > socket.mtu()) {
+    if (needed > socket.getMtu()) {
         throw Refusal(std::to_string(channels) + " channels of " + std::to_string(options.samplesPerPacket) +
-                      " samples need frames of " + std::to_string(needed) + " bytes, adapter '" + socket.device() +
-                      "' takes " + std::to_string(socket.mtu()));
+                      " samples need frames of " + std::to_string(needed) + " bytes, adapter '" + socket.getDevice() +
+                      "' takes " + std::to_string(socket.getMtu()));
     }
-    report_.packetInterval = timeOf(options.samplesPerPacket);
+    report.packetInterval = timeOf(options.samplesPerPacket);
 }
 
 void Talker::run(const std::atomic<bool> &stop) {
     timespec now = {};
     clock_gettime(CLOCK_TAI, &now);
-    presentationStart_ = std::chrono::seconds(now.tv_sec) + Pacer::Duration(now.tv_nsec) + transitTime;
+    presentationStart = std::chrono::seconds(now.tv_sec) + Pacer::Duration(now.tv_nsec) + transitTime;
     const Pacer pacer;
 
-    for (std::uint64_t i = 0; !options_.frames || i < *options_.frames; ++i) {
-        const FrameFaults &faults = options_.faults.at(i);
+    for (std::uint64_t i = 0; !options.frames || i < *options.frames; ++i) {
+        const FrameFaults &faults = options.faults.at(i);
         prepare(i, faults);
-        const Pacer::Duration due = timeOf(i * options_.samplesPerPacket);
+        const Pacer::Duration due = timeOf(i * options.samplesPerPacket);
         if (!pacer.waitUntil(due, stop)) {
             break;
         }
@@ -60,31 +60,31 @@ void Talker::run(const std::atomic<bool> &stop) {
             send(faults);
             noteLateness(pacer.elapsed() - due);
         }
-        report_.samplesPerChannel += options_.samplesPerPacket;
-        report_.elapsed = pacer.elapsed();
+        report.samplesPerChannel += options.samplesPerPacket;
+        report.elapsed = pacer.elapsed();
     }
 }
 
-void Talker::prepare(std::uint64_t frame, const FrameFaults &faults) {
+void Talker::prepare(std::uint64_t number, const FrameFaults &faults) {
     if (faults[Fault::Channels]) {
         noteFault(Fault::Channels);
     }
-    frame_.setFormat(faults[Fault::Channels].value_or(frame_.channels()), options_.samplesPerPacket);
-    frame_.setSequence(static_cast<std::uint8_t>(frame));
-    const std::uint64_t firstSample = frame * options_.samplesPerPacket;
-    frame_.setTimestamp(static_cast<std::uint32_t>((presentationStart_ + timeOf(firstSample)).count()));
-    options_.signals.fill(frame_, firstSample);
+    frame.setFormat(faults[Fault::Channels].value_or(frame.getChannels()), options.samplesPerPacket);
+    frame.setSequence(static_cast<std::uint8_t>(number));
+    const std::uint64_t firstSample = number * options.samplesPerPacket;
+    frame.setTimestamp(static_cast<std::uint32_t>((presentationStart + timeOf(firstSample)).count()));
+    options.signals.fill(frame, firstSample);
     if (faults[Fault::Length]) {
-        frame_.setDataLength(static_cast<std::uint16_t>(*faults[Fault::Length]));
+        frame.setDataLength(static_cast<std::uint16_t>(*faults[Fault::Length]));
     }
 }
 
 void Talker::send(const FrameFaults &faults) {
-    const std::size_t size = faults[Fault::Truncate].value_or(static_cast<unsigned>(frame_.size()));
+    const std::size_t size = faults[Fault::Truncate].value_or(static_cast<unsigned>(frame.size()));
     const int times = faults[Fault::Repeat] ? 2 : 1;
     for (int i = 0; i < times; ++i) {
-        socket_.send(frame_.data(), size);
-        ++report_.framesSent;
+        socket.send(frame.data(), size);
+        ++report.framesSent;
     }
     for (const Fault fault : {Fault::Repeat, Fault::Truncate, Fault::Length}) {
         if (faults[fault]) {
@@ -94,9 +94,9 @@ void Talker::send(const FrameFaults &faults) {
 }
 
 void Talker::noteLateness(Pacer::Duration lateness) {
-    report_.worstLateness = std::max(report_.worstLateness, lateness);
-    if (lateness > report_.packetInterval) {
-        ++report_.lateFrames;
+    report.worstLateness = std::max(report.worstLateness, lateness);
+    if (lateness > report.packetInterval) {
+        ++report.lateFrames;
     }
 }
 

@@ -23,19 +23,19 @@ public:
     void run(const std::atomic<bool> &stop);
 
     /// What was done so far; valid also after run has thrown.
-    const TalkerReport &report() const { return report_; }
+    const TalkerReport &getReport() const { return report; }
 
 private:
-    void prepare(std::uint64_t frame, const FrameFaults &faults);
+    void prepare(std::uint64_t number, const FrameFaults &faults);
     void send(const FrameFaults &faults);
     void noteLateness(Pacer::Duration lateness);
-    void noteFault(Fault fault) { ++report_.faults[static_cast<std::size_t>(fault)]; }
+    void noteFault(Fault fault) { ++report.faults[static_cast<std::size_t>(fault)]; }
 
-    const TalkerOptions &options_;
-    RawSocket &socket_;
-    AafFrame frame_;
-    Pacer::Duration presentationStart_ = {}; ///< presentation time of sample 0
-    TalkerReport report_;
+    const TalkerOptions &options;
+    RawSocket &socket;
+    AafFrame frame;
+    Pacer::Duration presentationStart = {}; ///< presentation time of sample 0
+    TalkerReport report;
 };
 
 } // namespace talker

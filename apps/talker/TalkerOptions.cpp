@@ -44,15 +44,15 @@ QList<QCommandLineOption> allOptions() {
 /// Answers in the encoding of file names, and with the name of the option for refusals.
 class Values {
 public:
-    explicit Values(const QCommandLineParser &parser) : parser_(parser) {}
+    explicit Values(const QCommandLineParser &parser) : parser(parser) {}
 
-    bool has(const char *name) const { return parser_.isSet(QString::fromLatin1(name)); }
+    bool has(const char *name) const { return parser.isSet(QString::fromLatin1(name)); }
     std::string text(const char *name) const {
-        return parser_.value(QString::fromLatin1(name)).toLocal8Bit().toStdString();
+        return parser.value(QString::fromLatin1(name)).toLocal8Bit().toStdString();
     }
     std::vector<std::string> texts(const char *name) const {
         std::vector<std::string> result;
-        for (const QString &value : parser_.values(QString::fromLatin1(name))) {
+        for (const QString &value : parser.values(QString::fromLatin1(name))) {
             result.push_back(value.toLocal8Bit().toStdString());
         }
         return result;
@@ -66,7 +66,7 @@ public:
 private:
     static std::string option(const char *name) { return std::string("--") + name; }
 
-    const QCommandLineParser &parser_;
+    const QCommandLineParser &parser;
 };
 
 std::optional<std::uint64_t> frameAmount(const Values &values, unsigned samplesPerPacket) {

@@ -47,7 +47,7 @@ int talk(const QStringList &arguments) {
     } catch (const std::system_error &error) {
         status = complain(error.what(), 1);
     }
-    std::cout << talker.report().toString() << std::flush;
+    std::cout << talker.getReport().toString() << std::flush;
     return status;
 }
 

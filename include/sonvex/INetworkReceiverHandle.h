@@ -14,7 +14,8 @@ public:
     virtual ~INetworkReceiverHandle();
     INetworkReceiverHandle &operator=(const INetworkReceiverHandle &);
 
-    /// Starts the capture on a thread of its own. Waits for the end of an earlier capture that was just stopped.
+    /// Starts the capture on a thread of Qt's global pool, which gets its slot back for as long as the capture runs; so
+    /// QThreadPool::waitForDone() there waits for stop(). Waits for the end of a capture that was just stopped.
     virtual void start() = 0;
     /// Breaks the capture; does not wait for its end.
     virtual void stop() = 0;

@@ -169,20 +169,19 @@ void AvtpPacketReceiver::writeSamples(const AvtpFrame &frame, const std::string 
         return;
     }
     const std::size_t stride = channels * bytesPerSample;
-    const std::uint8_t *bytes = frame.samples(std::uint64_t{stride} * samplesPerChannel);
+    const std::uint64_t dataLength = std::uint64_t{stride} * samplesPerChannel;
+    if (dataLength == 0) {
+        return; // a configuration without width or samples: there is nothing in the frame
+    }
+    const std::uint8_t *bytes = frame.samples(dataLength);
     if (bytes == nullptr) {
         refuseDataLength(mac);
         return;
     }
-    // A width of 0 passes the length check with any amount of samples: in pieces, it fits the scratch all the same.
     for (std::size_t channel = 0; channel < channels; ++channel) {
-        for (std::size_t done = 0; done < samplesPerChannel;) {
-            const std::size_t amount = std::min<std::size_t>(samplesPerChannel - done, channelSamples.size());
-            sampleConverter.convertBlock(bytes + done * stride + channel * bytesPerSample, bytesPerSample, stride,
-                                         amount, channelSamples.data());
-            stream.buffers[channel]->writeSamples(channelSamples.data(), amount);
-            done += amount;
-        }
+        sampleConverter.convertBlock(bytes + channel * bytesPerSample, bytesPerSample, stride, samplesPerChannel,
+                                     channelSamples.data());
+        stream.buffers[channel]->writeSamples(channelSamples.data(), samplesPerChannel);
     }
 }
 

@@ -59,7 +59,8 @@ public:
 
     void receivePacket(u_char *user, const pcap_pkthdr *header, const u_char *bytes) override;
     void extractAvtpPacketData(const AvtpFrame &frame);
-    /// The delivered amount of channels, or 0 if the frame must not be extracted.
+    /// The delivered amount of channels, or 0 if the frame must not be extracted. This and the next are for callers
+    /// that know a stream by its text; not while captures deliver.
     std::int32_t performPreDataExtractionChecks(const std::string &mac, std::uint32_t maximumChannelAmount,
                                                 std::uint32_t samplesPerChannel, std::uint32_t bytesPerSample);
     void writeAudioSamplesToBuffer(const AvtpFrame &frame, const std::string &mac);

@@ -147,6 +147,7 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
         if (running) {
             breakLoop();
         }
+        waitForCaptureEnd();
         filterEnabled = pcap_setfilter(pcapHandle, program.get()) >= 0;
         if (filterEnabled) {
             filterExpression = expression;
@@ -242,24 +243,25 @@ void PcapPacketSniffer::launchLoop(GatheredFrames gathered) {
 }
 
 void PcapPacketSniffer::breakLoop() {
-    // A break that no loop is left to see would end the next one.
-    if (loopEnd.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+    // A break that no loop is left to see would end the next one: for a loop that has ended by itself, and for one that
+    // still waits in the pool's queue, which is withdrawn.
+    QThreadPool *pool = QThreadPool::globalInstance();
+    if (!loopEnd.valid() || loopEnd.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
+        return;
+    }
+    if (pool->tryTake(eventLoop)) {
+        delete eventLoop;
+        pool->reserveThread();
+    } else {
         pcap_breakloop(pcapHandle);
     }
 }
 
 void PcapPacketSniffer::waitForCaptureEnd() {
-    if (!loopEnd.valid()) {
-        return;
+    if (loopEnd.valid()) {
+        loopEnd.wait();
+        loopEnd = {};
     }
-    // A pool that the host has closed to new tasks may still hold the loop in its queue.
-    QThreadPool *pool = QThreadPool::globalInstance();
-    if (loopEnd.wait_for(std::chrono::seconds(0)) != std::future_status::ready && pool->tryTake(eventLoop)) {
-        delete eventLoop;
-        pool->reserveThread();
-    }
-    loopEnd.wait();
-    loopEnd = {};
 }
 
 } // namespace pcapplus

@@ -34,7 +34,7 @@ public:
     std::future<void> getEnd();
 
 private:
-    std::promise<void> end; ///< first member: it is broken only after everything else of the task has gone
+    std::promise<void> end; ///< broken by the task's deletion, when the loop has let go of the handle
     std::string name;
     pcap_t *handle;
     timeval launch; ///< frames from before are skipped; zero if none are

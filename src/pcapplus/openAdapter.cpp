@@ -42,7 +42,7 @@ pcap_t *openAdapter(const std::string &device, const AdapterSettings &settings, 
         }
         error = describeFailure(device, handle, status);
         pcap_close(handle);
-        // A refused ring comes as the general error; all other causes have a status of their own.
+        // A refused ring comes as the general error; the usual causes, a missing adapter or permission, have their own.
         if (status != PCAP_ERROR || ring <= smallestRing) {
             return nullptr;
         }

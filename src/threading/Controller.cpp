@@ -5,7 +5,7 @@
 
 namespace threading {
 
-Controller::Controller(Worker *worker, WorkerOwnership ownership) : worker(worker) {
+Controller::Controller(Worker *worker, WorkerOwnership ownership) : worker(worker), ownership(ownership) {
     if (worker == nullptr) {
         logging::warning("threading::Controller::Controller",
                          "The given worker cannot be controlled! Nullpointer passed!");
@@ -32,9 +32,13 @@ Controller::~Controller() {
     // The thread may delete the worker from quit() on, so its name is kept.
     const std::string name = worker->getName();
     logging::debug("threading::Controller::~Controller", name, "Quit worker thread...");
+    const bool deletedByThread = isThreadRunning();
     worker->end();
     workerThread.quit();
     workerThread.wait();
+    if (!deletedByThread && ownership == WorkerOwnership::Thread) {
+        delete worker; // the system gave no thread that could have done it
+    }
     logging::debug("threading::Controller::~Controller", name, "Worker thread ended");
 }
 

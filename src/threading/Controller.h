@@ -27,6 +27,9 @@ public:
     explicit Controller(Worker *worker, WorkerOwnership ownership = WorkerOwnership::Thread);
     ~Controller() override;
 
+    /// False for a refused worker, and where the system gave no thread.
+    bool isThreadRunning() const { return workerThread.isRunning(); }
+
 Q_SIGNALS:
     /// Emitted once, to run the worker's progress() on its thread.
     void operate();
@@ -34,6 +37,7 @@ Q_SIGNALS:
 private:
     QThread workerThread;
     Worker *worker;
+    WorkerOwnership ownership;
     bool initialized = false;
 };
 

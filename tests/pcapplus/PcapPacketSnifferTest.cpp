@@ -325,6 +325,20 @@ TEST(PacketSniffer, neitherWaitsForTheHostsTasksNorStarvesThem) {
     sniffer.waitForCaptureEnd();
     pool->setMaxThreadCount(QThread::idealThreadCount());
     EXPECT_TRUE(waitFor([&] { return pool->activeThreadCount() == 0; }));
+    CountingReceiver receiver;
+    talker::RawSocket socket("lo");
+    sniffer.registerPacketReceiver(receiver);
+    for (int run = 0; run < 50; ++run) { // the loop of a start may not have begun when the stop comes
+        sniffer.start();
+        sniffer.stop();
+        sniffer.start();
+        receiver.frames = 0;
+        ASSERT_TRUE(waitFor([&] {
+            support::send(socket, anyFrame());
+            return receiver.frames > 0;
+        })) << run;
+        sniffer.stop();
+    }
 }
 
 TEST(PacketHandlerSlot, letsReadersInTogetherAndAWriteWaitForThem) {

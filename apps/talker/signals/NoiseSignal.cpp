@@ -9,7 +9,7 @@ std::int16_t NoiseSignal::code(std::uint64_t sample, unsigned channel) const {
     bits = (bits ^ (bits >> 27)) * 0x94d049bb133111ebU;
     bits ^= bits >> 31;
     const double unit = static_cast<double>(bits >> 11) / 9007199254740992.0; // 53 bits over 2^53
-    return toCode(amplitude_ * (2.0 * unit - 1.0));
+    return toCode(amplitude * (2.0 * unit - 1.0));
 }
 
 } // namespace talker

@@ -8,12 +8,12 @@ namespace talker {
 /// every channel.
 class NoiseSignal : public SignalSource {
 public:
-    explicit NoiseSignal(double amplitude) : amplitude_(amplitude) {}
+    explicit NoiseSignal(double amplitude) : amplitude(amplitude) {}
 
     std::int16_t code(std::uint64_t sample, unsigned channel) const override;
 
 private:
-    double amplitude_;
+    double amplitude;
 };
 
 } // namespace talker

@@ -7,14 +7,14 @@ namespace talker {
 /// A sine that is 0 and rising at sample 0; the same on all channels.
 class SineSignal : public SignalSource {
 public:
-    SineSignal(double hertz, double amplitude) : hertz_(hertz), amplitude_(amplitude) {}
+    SineSignal(double hertz, double amplitude) : hertz(hertz), amplitude(amplitude) {}
 
     std::int16_t code(std::uint64_t sample, unsigned channel) const override;
     bool differsByChannel() const override { return false; }
 
 private:
-    double hertz_;
-    double amplitude_;
+    double hertz;
+    double amplitude;
 };
 
 } // namespace talker

@@ -7,14 +7,14 @@ namespace talker {
 /// The positive amplitude in the first half of each period, the negative one in the second; the same on all channels.
 class SquareSignal : public SignalSource {
 public:
-    SquareSignal(double hertz, double amplitude) : hertz_(hertz), amplitude_(amplitude) {}
+    SquareSignal(double hertz, double amplitude) : hertz(hertz), amplitude(amplitude) {}
 
     std::int16_t code(std::uint64_t sample, unsigned channel) const override;
     bool differsByChannel() const override { return false; }
 
 private:
-    double hertz_;
-    double amplitude_;
+    double hertz;
+    double amplitude;
 };
 
 } // namespace talker

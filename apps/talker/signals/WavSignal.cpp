@@ -31,16 +31,16 @@ WavSignal::WavSignal(const std::string &path) {
     }
 
     // Floating-point and wider integer files are rounded like any other signal; 16-bit codes stay as they are.
-    channels_ = static_cast<std::size_t>(info.channels);
-    std::vector<double> block(4096 * channels_);
+    channels = static_cast<std::size_t>(info.channels);
+    std::vector<double> block(4096 * channels);
     while (const sf_count_t count = sf_read_double(file.get(), block.data(), static_cast<sf_count_t>(block.size()))) {
-        std::transform(block.begin(), block.begin() + count, std::back_inserter(codes_), toCode);
+        std::transform(block.begin(), block.begin() + count, std::back_inserter(codes), toCode);
     }
-    length_ = codes_.size() / channels_;
+    length = codes.size() / channels;
     if (sf_error(file.get()) != SF_ERR_NO_ERROR) {
         refuse(sf_strerror(file.get()));
     }
-    if (length_ == 0) {
+    if (length == 0) {
         refuse("holds no samples");
     }
 }

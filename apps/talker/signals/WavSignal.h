@@ -14,13 +14,13 @@ public:
     explicit WavSignal(const std::string &path);
 
     std::int16_t code(std::uint64_t sample, unsigned channel) const override {
-        return codes_[sample % length_ * channels_ + channel % channels_];
+        return codes[sample % length * channels + channel % channels];
     }
 
 private:
-    std::vector<std::int16_t> codes_; ///< the channels side by side
-    std::size_t channels_ = 0;
-    std::size_t length_ = 0; ///< in samples per channel
+    std::vector<std::int16_t> codes; ///< the channels side by side
+    std::size_t channels = 0;
+    std::size_t length = 0; ///< in samples per channel
 };
 
 } // namespace talker

@@ -80,7 +80,8 @@ void Sonvex::endRun() {
 }
 
 void Sonvex::forwardMessage(std::shared_ptr<sonvex::BaseMessage> message) {
-    if (messageReceiver) {
-        messageReceiver(message);
+    const auto receiver = messageReceiver; // it may replace itself from within
+    if (receiver) {
+        receiver(message);
     }
 }

@@ -20,7 +20,8 @@ void ProcessConnection::signalToCallbackConnector(sonvex::ChannelData channel) {
                          "Callback not initialized! Please set a valid callback");
         return;
     }
-    callback(channel);
+    const auto target = callback; // it may remove its own processor, and this object with it
+    target(channel);
 }
 
 } // namespace process

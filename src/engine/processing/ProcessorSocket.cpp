@@ -11,8 +11,10 @@ namespace engine::processing {
 ProcessorSocket::ProcessorSocket(std::string name, std::string uniqueId, process::Processor *processor)
     : Controller(processor), name(std::move(name)), uniqueId(std::move(uniqueId)), processor(processor),
       processConnection(this->name, nullptr) {
-    connect(processor, &process::Processor::newProcessData, &processConnection,
-            &process::ProcessConnection::signalToCallbackConnector);
+    // By signature: a result emitted while the connection object goes would cost Qt the function object of the other
+    // form.
+    connect(processor, SIGNAL(newProcessData(sonvex::ChannelData)), &processConnection,
+            SLOT(signalToCallbackConnector(sonvex::ChannelData)));
     logging::debug("engine::processing::ProcessorSocket::ProcessorSocket", this->name, "Created!");
 }
 
@@ -60,7 +62,7 @@ void ProcessorSocket::bindHandle(ProcessorHandle &handle) {
 
 void ProcessorSocket::startProcessor() {
     if (runEnded) {
-        logging::warning("engine::processing::ProcessorSocket::start", name,
+        logging::warning("engine::processing::ProcessorSocket::startProcessor", name,
                          "The run was ended by ISonvex::destroy, the processor cannot be started!");
         return;
     }
@@ -68,9 +70,11 @@ void ProcessorSocket::startProcessor() {
 }
 
 void ProcessorSocket::endRun() {
-    // Behind everything that is queued for the processor: calculations, and change notices that may restart it.
-    QMetaObject::invokeMethod(
-        processor, [] {}, Qt::BlockingQueuedConnection);
+    if (isThreadRunning()) {
+        // Behind everything that is queued for the processor: calculations, and change notices that may restart it.
+        QMetaObject::invokeMethod(
+            processor, [] {}, Qt::BlockingQueuedConnection);
+    }
     processor->retire();
     runEnded = true;
 }
