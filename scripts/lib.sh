@@ -7,7 +7,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 project_root=$PWD
 
 # Read by CMake on the first configuration of a build folder. Without a writable cache ccache would fail every compile.
-if ccache --show-stats >/dev/null 2>&1; then
+cache=$(ccache --get-config cache_dir 2>/dev/null) || cache=
+if [[ -n $cache ]] && mkdir -p "$cache" 2>/dev/null && [[ -w $cache ]]; then
     export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
 fi
 

@@ -1,4 +1,5 @@
-// Prints the peak of every 10 ms of a stream's first channel, for one second. Usage: minimal-host ADAPTER MAC
+// Prints the peak of every 10 ms of a stream's first channel, for one second. Usage: minimal-host ADAPTER MAC, as in lo
+// 020000000001
 #include <QCoreApplication>
 #include <algorithm>
 #include <iostream>

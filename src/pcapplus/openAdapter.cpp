@@ -37,8 +37,13 @@ pcap_t *openAdapter(const std::string &device, const AdapterSettings &settings, 
         pcap_set_timeout(handle, settings.timeoutMilliseconds);
         pcap_set_buffer_size(handle, ring);
         const int status = pcap_activate(handle);
-        if (status >= 0) {
+        if (status >= 0 && pcap_datalink(handle) == DLT_EN10MB) {
             return handle;
+        }
+        if (status >= 0) {
+            error = device + ": no Ethernet adapter";
+            pcap_close(handle);
+            return nullptr;
         }
         error = describeFailure(device, handle, status);
         pcap_close(handle);

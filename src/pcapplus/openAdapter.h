@@ -16,7 +16,8 @@ struct AdapterSettings {
 /**
  * Opens an adapter like pcap_open_live, with its error texts, but with a capture ring of 32 MiB: the ring of 2 MiB
  * that one gets there holds 7 ms of a single stream, less than one hiccup of a busy machine.
- * The ring is halved until the system grants it.
+ * The ring is halved until the system grants it. An adapter whose frames have no Ethernet header is refused: nothing on
+ * it can be an audio stream, and on some of them pcap_breakloop cannot end a capture.
  * @param error receives the reason if null is returned
  */
 pcap_t *openAdapter(const std::string &device, const AdapterSettings &settings, std::string &error);

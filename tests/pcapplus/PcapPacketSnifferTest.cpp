@@ -146,6 +146,9 @@ TEST(PacketSniffer, givesTheReasonThatLibpcapGivesForAnAdapterItCannotOpen) {
                                                         ". Error message: " + error + "\""});
     }
     support::removeInterface("down0");
+    const support::LogRecorder log;
+    const Sniffer onAny(adapter("any")); // its frames have a header of another kind
+    EXPECT_EQ(log.count(". Error message: any: no Ethernet adapter\""), 1);
 }
 
 TEST(PacketSniffer, keepsTheFilterThatWorkedAndChangesItWhileItRuns) {
