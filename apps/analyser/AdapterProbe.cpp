@@ -6,7 +6,8 @@
 #include <net/if.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <unistd.h>
+
+#include "common/FileDescriptor.h"
 
 namespace analyser {
 
@@ -19,12 +20,8 @@ std::optional<short> interfaceFlags(const std::string &name) {
         return std::nullopt;
     }
     name.copy(request.ifr_name, name.size());
-    const int descriptor = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (descriptor < 0) {
-        return std::nullopt;
-    }
-    const bool answered = ::ioctl(descriptor, SIOCGIFFLAGS, &request) == 0;
-    ::close(descriptor);
+    const common::FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const bool answered = ::ioctl(socket.get(), SIOCGIFFLAGS, &request) == 0;
     return answered ? std::optional(request.ifr_flags) : std::nullopt;
 }
 

@@ -1,17 +1,15 @@
 #include "analyser/AnalyserOptions.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <limits>
-#include <string_view>
 #include <utility>
-
-#include <QCommandLineParser>
 
 #include <sonvex/version.h>
 
-#include "analyser/Refusal.h"
+#include "common/CommandLine.h"
+#include "common/MacAddress.h"
+#include "common/Refusal.h"
+#include "common/parseNumber.h"
 
 namespace analyser {
 
@@ -37,8 +35,8 @@ constexpr char generalHelp[] =
     "\n"
     "Exit status: 0 in order, also after Ctrl-C; 1 if the machine stands in the way; 2 for a wrong command line.\n";
 
-[[noreturn]] void refuse(const std::string &line) {
-    throw Refusal(Refusal::usage, line);
+[[noreturn]] void refuse(const std::string &text) {
+    throw common::Refusal(text);
 }
 
 std::vector<std::string> split(const std::string &text, char separator) {
@@ -51,66 +49,24 @@ std::vector<std::string> split(const std::string &text, char separator) {
     return parts;
 }
 
-template <class Number>
-std::optional<Number> readNumber(const std::string &text) {
-    Number number{};
-    const char *end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number);
-    return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
-}
-
-unsigned parseNumber(const std::string &what, const std::string &text, unsigned minimum, unsigned maximum) {
-    const auto number = readNumber<unsigned>(text);
-    if (!number || *number < minimum || *number > maximum) {
-        refuse(what + " '" + text + "' is no number from " + std::to_string(minimum) + " to " +
-               std::to_string(maximum));
-    }
-    return *number;
-}
-
-double parseSeconds(const std::string &text) {
-    const auto number = readNumber<double>(text);
-    if (!number || !(*number >= 0.001) || !(*number <= maximumSeconds)) {
-        refuse("--seconds '" + text + "' is no number from 0.001 to " + std::to_string(maximumMilliseconds / 1000));
-    }
-    return *number;
-}
-
-std::string parseMac(const std::string &text) {
-    constexpr std::size_t digitAmount = 12;
-    const bool separated = text.size() == 17 && (text[2] == ':' || text[2] == '-');
-    std::string mac;
-    bool good = separated || text.size() == digitAmount;
-    for (std::size_t i = 0; good && i < text.size(); ++i) {
-        if (separated && i % 3 == 2) {
-            good = text[i] == text[2];
-        } else {
-            constexpr std::string_view digits = "0123456789abcdefABCDEF";
-            const auto position = digits.find(text[i]);
-            good = position != std::string_view::npos;
-            mac += good ? digits[position < 16 ? position : position - 6] : '?';
-        }
-    }
-    if (!good) {
-        refuse("'" + text +
-               "' is no MAC address (12 hexadecimal digits, with or without ':' or '-' between the bytes)");
-    }
-    return mac;
+std::string parseMac(const std::string &text, const std::string &what) {
+    return common::toString(common::parseMacAddress(text, what));
 }
 
 StreamOptions parseStream(const std::string &text) {
     const auto parts = split(text, ',');
     StreamOptions stream;
-    stream.mac = parseMac(parts.front());
+    stream.mac = parseMac(parts.front(), "--stream");
     std::vector<std::string> seen;
     for (std::size_t i = 1; i < parts.size(); ++i) {
         const auto equals = parts[i].find('=');
         const std::string key = parts[i].substr(0, equals);
         const std::string value = equals == std::string::npos ? "" : parts[i].substr(equals + 1);
         if (key == "channels") {
-            stream.channels = parseNumber("--stream channels", value, 1, 255);
+            stream.channels = common::parseNumber<unsigned>(value, "--stream channels", 1, 255);
         } else if (key == "samples") {
-            stream.samplesPerChannel = parseNumber("--stream samples", value, 1, maximumSamplesPerPacket);
+            stream.samplesPerChannel =
+                common::parseNumber<unsigned>(value, "--stream samples", 1, maximumSamplesPerPacket);
         } else {
             refuse("--stream '" + text + "': '" + parts[i] + "' is neither channels=N nor samples=N");
         }
@@ -122,10 +78,10 @@ StreamOptions parseStream(const std::string &text) {
     return stream;
 }
 
-std::vector<StreamOptions> parseStreams(const QStringList &values) {
+std::vector<StreamOptions> parseStreams(const std::vector<std::string> &values) {
     std::vector<StreamOptions> streams;
-    for (const QString &value : values) {
-        const StreamOptions stream = parseStream(value.toStdString());
+    for (const std::string &value : values) {
+        const StreamOptions stream = parseStream(value);
         if (std::any_of(streams.begin(), streams.end(), [&](const auto &other) { return other.mac == stream.mac; })) {
             refuse("the stream " + stream.mac + " is given twice");
         }
@@ -144,9 +100,10 @@ WaveformOptions parseWaveform(const std::string &text, const std::vector<StreamO
         refuse("--waveform '" + text + "' is not of the form CHANNEL:AMOUNT[@MAC]");
     }
     WaveformOptions waveform;
-    waveform.channel = static_cast<unsigned char>(parseNumber("--waveform channel", parts[0], 0, 254));
-    waveform.amount = parseNumber("--waveform amount", parts[1], 1, maximumAmount);
-    waveform.mac = at == std::string::npos ? streams.front().mac : parseMac(text.substr(at + 1));
+    waveform.channel =
+        static_cast<unsigned char>(common::parseNumber<unsigned>(parts[0], "--waveform channel", 0, 254));
+    waveform.amount = common::parseNumber<unsigned>(parts[1], "--waveform amount", 1, maximumAmount);
+    waveform.mac = at == std::string::npos ? streams.front().mac : parseMac(text.substr(at + 1), "--waveform");
 
     const auto stream = std::find_if(streams.begin(), streams.end(),
                                      [&](const auto &candidate) { return candidate.mac == waveform.mac; });
@@ -160,10 +117,11 @@ WaveformOptions parseWaveform(const std::string &text, const std::vector<StreamO
     return waveform;
 }
 
-std::vector<WaveformOptions> parseWaveforms(const QStringList &values, const std::vector<StreamOptions> &streams) {
+std::vector<WaveformOptions> parseWaveforms(const std::vector<std::string> &values,
+                                            const std::vector<StreamOptions> &streams) {
     std::vector<WaveformOptions> waveforms;
-    for (const QString &value : values) {
-        const WaveformOptions waveform = parseWaveform(value.toStdString(), streams);
+    for (const std::string &value : values) {
+        const WaveformOptions waveform = parseWaveform(value, streams);
         if (std::any_of(waveforms.begin(), waveforms.end(), [&](const auto &other) {
                 return other.mac == waveform.mac && other.channel == waveform.channel;
             })) {
@@ -181,10 +139,11 @@ std::vector<WaveformOptions> parseWaveforms(const QStringList &values, const std
 ClockOptions parseClock(const std::string &text) {
     const auto parts = split(text, ':');
     if (parts.size() == 2 && parts[0] == "external") {
-        return {false, parseNumber("--clock external", parts[1], 1, std::numeric_limits<unsigned>::max())};
+        return {false,
+                common::parseNumber<unsigned>(parts[1], "--clock external", 1, std::numeric_limits<unsigned>::max())};
     }
     if (parts.size() == 2 && parts[0] == "internal") {
-        return {true, parseNumber("--clock internal", parts[1], 1, maximumMilliseconds)};
+        return {true, common::parseNumber<unsigned>(parts[1], "--clock internal", 1, maximumMilliseconds)};
     }
     refuse("--clock '" + text + "' is neither external:SAMPLES nor internal:MS");
 }
@@ -200,120 +159,99 @@ Format parseFormat(const std::string &text, const std::vector<std::pair<std::str
     refuse("--format '" + text + "' is none of " + names);
 }
 
-/// One option that may be given once.
-std::optional<std::string> single(const QCommandLineParser &parser, const char *name) {
-    const QStringList values = parser.values(QString::fromLatin1(name));
-    if (values.size() > 1) {
-        refuse("--" + std::string(name) + " is given twice");
-    }
-    return values.isEmpty() ? std::nullopt : std::optional(values.first().toStdString());
-}
-
-std::string file(const QCommandLineParser &parser, const char *name) {
-    const auto value = single(parser, name);
+std::string file(const common::CommandLine &line, const char *name) {
+    const auto value = line.single(name);
     if (value && value->empty()) {
         refuse("--" + std::string(name) + " needs the name of a file");
     }
     return value.value_or("");
 }
 
-LogOptions logOptions(const QCommandLineParser &parser) {
-    return {parser.isSet(QStringLiteral("verbose")), file(parser, "log")};
+LogOptions logOptions(const common::CommandLine &line) {
+    return {line.has("verbose"), file(line, "log")};
 }
 
-void addOption(QCommandLineParser &parser, const char *name, const char *description, const char *value = "") {
-    parser.addOption({QString::fromLatin1(name), QString::fromLatin1(description), QString::fromLatin1(value)});
-}
-
-void addCommonOptions(QCommandLineParser &parser, const char *command, const char *description) {
-    parser.setApplicationDescription(QString::fromLatin1(description));
-    parser.addPositionalArgument(QString::fromLatin1(command), QString::fromLatin1("This command."));
-    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Displays this help.")});
-    addOption(parser, "verbose", "Shows the library's log on the error output.");
-    addOption(parser, "log", "Appends the library's log to <file>, with the time in UTC.", "file");
-}
-
-/// @return whether the command's help is asked for
-bool parse(QCommandLineParser &parser, const QStringList &arguments) {
-    if (!parser.parse(arguments)) {
-        std::string error = parser.errorText().toStdString();
-        if (!error.empty() && error.back() == '.') {
-            error.pop_back();
-        }
-        refuse(error + " (--help lists the options)");
-    }
-    if (parser.positionalArguments().size() > 1) {
-        refuse("unexpected argument '" + parser.positionalArguments().at(1).toStdString() + "'");
-    }
-    return parser.isSet(QStringLiteral("help"));
+void addCommonOptions(common::CommandLine &line, const char *command) {
+    line.setCommand(command);
+    line.addOption("verbose", "Shows the library's log on the error output.");
+    line.addOption("log", "Appends the library's log to <file>, with the time in UTC.", "file");
 }
 
 Command parseDevices(const QStringList &arguments) {
-    QCommandLineParser parser;
-    addCommonOptions(parser, "devices", "Lists the network adapters that frames can be captured from.");
-    addOption(parser, "format", "text (the default) or json: one object per line.", "format");
-    if (parse(parser, arguments)) {
-        return ShownText{parser.helpText().toStdString()};
+    common::CommandLine line("Lists the network adapters that frames can be captured from.");
+    addCommonOptions(line, "devices");
+    line.addOption("format", "text (the default) or json: one object per line.", "format");
+    line.parse(arguments);
+    if (line.has("help")) {
+        return ShownText{line.helpText()};
     }
     DevicesOptions options;
     options.format =
-        parseFormat(single(parser, "format").value_or("text"), {{"text", Format::text}, {"json", Format::json}});
-    options.log = logOptions(parser);
+        parseFormat(line.single("format").value_or("text"), {{"text", Format::text}, {"json", Format::json}});
+    options.log = logOptions(line);
     return options;
 }
 
-void addMonitorOptions(QCommandLineParser &parser) {
-    addOption(parser, "device", "The network adapter, as the command devices names it.", "name");
-    addOption(parser, "stream",
-              "MAC[,channels=N][,samples=N]: a stream by its source address, with the most channels that its packets "
-              "hold (2) and the samples of each channel in a packet (6). May be repeated.",
-              "stream");
-    addOption(parser, "waveform",
-              "CHANNEL:AMOUNT[@MAC]: a curve of AMOUNT samples of a channel, counted from 0, of the stream MAC or of "
-              "the first one. May be repeated, once for each channel.",
-              "waveform");
-    addOption(parser, "clock",
-              "When results come: external:SAMPLES, after each so many samples of the channel (external:480), or "
-              "internal:MS, in a period of milliseconds.",
-              "clock");
-    addOption(parser, "buffer",
-              "Samples that the buffer of each channel holds (one second more than the longest curve).", "samples");
-    addOption(parser, "seconds", "Ends after so many seconds; without, Ctrl-C does.", "seconds");
-    addOption(parser, "format", "live (a view that redraws in place, the default), json (one object per line) or csv.",
-              "format");
-    addOption(parser, "output", "Writes to <file> in place of the standard output.", "file");
+void addMonitorOptions(common::CommandLine &line) {
+    line.addOption("device", "The network adapter, as the command devices names it.", "name");
+    line.addOption(
+        "stream",
+        "MAC[,channels=N][,samples=N]: a stream by its source address, with the most channels that its packets "
+        "hold (2) and the samples of each channel in a packet (6). May be repeated; of N streams on an adapter each "
+        "message of a changed channel amount arrives N times.",
+        "stream");
+    line.addOption(
+        "waveform",
+        "CHANNEL:AMOUNT[@MAC]: a curve of AMOUNT samples of a channel, counted from 0, of the stream MAC or of "
+        "the first one. May be repeated, once for each channel.",
+        "waveform");
+    line.addOption(
+        "clock",
+        "When results come: external:SAMPLES, after each so many samples of the channel (external:480), or "
+        "internal:MS, in a period of milliseconds. The internal one goes on when no frames arrive: that a talker has "
+        "stopped can't be known then.",
+        "clock");
+    line.addOption("buffer", "Samples that the buffer of each channel holds (one second more than the longest curve).",
+                   "samples");
+    line.addOption("seconds", "Ends after so many seconds; without, Ctrl-C does.", "seconds");
+    line.addOption("format", "live (a view that redraws in place, the default), json (one object per line) or csv.",
+                   "format");
+    line.addOption("output", "Writes to <file> in place of the standard output.", "file");
 }
 
 Command parseMonitor(const QStringList &arguments) {
-    QCommandLineParser parser;
-    addCommonOptions(parser, "monitor", "Shows the waveforms of live channels. Values have a full scale of +-1.0.");
-    addMonitorOptions(parser);
-    if (parse(parser, arguments)) {
-        return ShownText{parser.helpText().toStdString()};
+    common::CommandLine line(
+        "Shows the waveforms of live channels. Values have a full scale of +-1.0. Packets missed are counted where a "
+        "frame breaks the sequence of its stream, so a repeated frame counts, too.");
+    addCommonOptions(line, "monitor");
+    addMonitorOptions(line);
+    line.parse(arguments);
+    if (line.has("help")) {
+        return ShownText{line.helpText()};
     }
     MonitorOptions options;
-    options.device = single(parser, "device").value_or("");
+    options.device = line.single("device").value_or("");
     if (options.device.empty()) {
         refuse("monitor needs a --device NAME (the command devices lists them)");
     }
-    options.streams = parseStreams(parser.values(QStringLiteral("stream")));
-    options.waveforms = parseWaveforms(parser.values(QStringLiteral("waveform")), options.streams);
-    if (const auto clock = single(parser, "clock")) {
+    options.streams = parseStreams(line.all("stream"));
+    options.waveforms = parseWaveforms(line.all("waveform"), options.streams);
+    if (const auto clock = line.single("clock")) {
         options.clock = parseClock(*clock);
     }
     for (const auto &waveform : options.waveforms) {
         options.bufferSize = std::max(options.bufferSize, waveform.amount + sampleRate);
     }
-    if (const auto buffer = single(parser, "buffer")) {
-        options.bufferSize = parseNumber("--buffer", *buffer, 0, 2 * maximumAmount);
+    if (const auto buffer = line.single("buffer")) {
+        options.bufferSize = common::parseNumber<unsigned>(*buffer, "--buffer", 0, 2 * maximumAmount);
     }
-    if (const auto seconds = single(parser, "seconds")) {
-        options.seconds = parseSeconds(*seconds);
+    if (const auto seconds = line.single("seconds")) {
+        options.seconds = common::parseNumber<double>(*seconds, "--seconds", 0.001, maximumSeconds);
     }
-    options.format = parseFormat(single(parser, "format").value_or("live"),
+    options.format = parseFormat(line.single("format").value_or("live"),
                                  {{"live", Format::live}, {"json", Format::json}, {"csv", Format::csv}});
-    options.output = file(parser, "output");
-    options.log = logOptions(parser);
+    options.output = file(line, "output");
+    options.log = logOptions(line);
     return options;
 }
 

@@ -71,7 +71,7 @@ struct ShownText {
 using Command = std::variant<ShownText, DevicesOptions, MonitorOptions>;
 
 /// @param arguments with the program's name first
-/// @throws Refusal for a command line that can't be followed
+/// @throws common::Refusal for a command line that can't be followed
 Command parseCommandLine(const QStringList &arguments);
 
 } // namespace analyser

@@ -7,17 +7,22 @@
 
 #include "analyser/Output.h"
 #include "analyser/Text.h"
+#include "common/oneLine.h"
 
 namespace analyser {
 
 CsvSink::CsvSink(Output &newOutput, const MonitorOptions &newOptions) : ResultSink(newOutput), options(newOptions) {}
 
-void CsvSink::begin() {
+void CsvSink::begin(const std::vector<Analysis> &analyses) {
     std::string header =
-        "# sonvex-analyser " + qo::sonvexLib::getVersion() + "\n# device: " + text::oneLine(options.device) + '\n';
+        "# sonvex-analyser " + qo::sonvexLib::getVersion() + "\n# device: " + common::oneLine(options.device) + '\n';
     for (const auto &stream : options.streams) {
         header += "# stream: " + stream.mac + ", " + std::to_string(stream.channels) + " channels, " +
                   std::to_string(stream.samplesPerChannel) + " samples per channel in a packet\n";
+    }
+    for (const auto &analysis : analyses) {
+        header += "# analysis: " + analysis.type + ", " + analysis.name + ", stream " + analysis.stream + ", channel " +
+                  std::to_string(analysis.channel) + ", amount " + std::to_string(analysis.amount) + " samples\n";
     }
     header += "# clock: " + options.clock.toString() + "\n# buffer: " + std::to_string(options.bufferSize) +
               " samples\n# units: index in samples at 48000 Hz from the first of the result, value at a full scale of "

@@ -9,7 +9,7 @@ class CsvSink : public ResultSink {
 public:
     CsvSink(Output &newOutput, const MonitorOptions &newOptions);
 
-    void begin() override;
+    void begin(const std::vector<Analysis> &analyses) override;
     void result(const Result &result) override;
     void message(const sonvex::imessages::IBaseMessage &message) override;
     void summary(const Progress &progress) override;

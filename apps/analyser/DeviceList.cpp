@@ -7,6 +7,7 @@
 
 #include "analyser/Output.h"
 #include "analyser/Text.h"
+#include "common/oneLine.h"
 
 namespace analyser {
 
@@ -37,7 +38,7 @@ void listDevices(Format format, Output &output) {
             output.write("{\"number\":" + number + ",\"name\":" + text::quoted(name) +
                          ",\"description\":" + text::quoted(description) + "}\n");
         } else {
-            output.write(padded(number, 6) + padded(name, nameWidth) + text::oneLine(description) + '\n');
+            output.write(padded(number, 6) + padded(name, nameWidth) + common::oneLine(description) + '\n');
         }
     }
 }

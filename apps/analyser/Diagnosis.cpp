@@ -13,6 +13,13 @@ RefusedFrames refusedOf(const std::string &stream, const LogFacts &facts) {
     return found == facts.refused.end() ? RefusedFrames() : found->second;
 }
 
+std::string declaredBy(const StreamOptions &stream, const Facts &facts) {
+    const auto declared = facts.declaredChannels.find(stream.mac);
+    return declared == facts.declaredChannels.end()
+               ? "an unknown amount of channels"
+               : text::counted(static_cast<std::uint64_t>(std::max(declared->second, 0)), "channel");
+}
+
 std::string soFar(std::uint64_t amount) {
     return " (" + std::to_string(amount) + " so far)";
 }
@@ -53,6 +60,11 @@ std::vector<Condition> Diagnosis::streamConditions(const StreamOptions &stream, 
         std::string text = "silence from " + stream.mac + " channel " + list + ": " + texts[key];
         conditions.push_back({stream.mac + ' ' + key + ' ' + list, std::move(text)});
     }
+    // The internal clock makes results of no data, and of many frames some may be refused.
+    if (const auto refusal = refusalOf(stream, facts); refusal && conditions.empty()) {
+        conditions.push_back(
+            {stream.mac + ' ' + refusal->key, "results from " + stream.mac + " lack samples: " + refusal->text});
+    }
     return conditions;
 }
 
@@ -75,25 +87,30 @@ std::optional<Condition> Diagnosis::adapterCondition(const Facts &facts) const {
     return std::nullopt;
 }
 
-Condition Diagnosis::silenceOf(const StreamOptions &stream, const Facts &facts, unsigned channel) const {
+std::optional<Condition> Diagnosis::refusalOf(const StreamOptions &stream, const Facts &facts) const {
     const RefusedFrames now = refusedOf(stream.mac, facts.log);
     const RefusedFrames earlier = refusedOf(stream.mac, before);
-    const auto declared = facts.declaredChannels.find(stream.mac);
-    const bool seen = declared != facts.declaredChannels.end();
-    const std::string channels =
-        seen ? text::counted(static_cast<std::uint64_t>(std::max(declared->second, 0)), "channel")
-             : "an unknown amount of channels";
     if (now.channelAmount > earlier.channelAmount) {
-        return {"channels", "its frames are refused, they declare " + channels + " where up to " +
-                                std::to_string(stream.channels) + " are configured" + soFar(now.channelAmount)};
+        return Condition{"channels", "its frames are refused, they declare " + declaredBy(stream, facts) +
+                                         " where up to " + std::to_string(stream.channels) + " are configured" +
+                                         soFar(now.channelAmount)};
     }
     if (now.dataLength > earlier.dataLength) {
-        return {"length", "its frames are refused, their data length is not that of " +
-                              std::to_string(stream.samplesPerChannel) + " samples of 16 bits for each of " + channels +
-                              soFar(now.dataLength)};
+        return Condition{"length", "its frames are refused, their data length is not that of " +
+                                       std::to_string(stream.samplesPerChannel) + " samples of 16 bits for each of " +
+                                       declaredBy(stream, facts) + soFar(now.dataLength)};
     }
+    return std::nullopt;
+}
+
+Condition Diagnosis::silenceOf(const StreamOptions &stream, const Facts &facts, unsigned channel) const {
+    if (const auto refusal = refusalOf(stream, facts)) {
+        return *refusal;
+    }
+    const auto declared = facts.declaredChannels.find(stream.mac);
+    const bool seen = declared != facts.declaredChannels.end();
     if (seen && declared->second > 0 && channel >= static_cast<unsigned>(declared->second)) {
-        return {"absent", "its frames hold " + channels + " only"};
+        return {"absent", "its frames hold " + declaredBy(stream, facts) + " only"};
     }
     if (facts.log.packetsMissed > before.packetsMissed) {
         return {"missed",

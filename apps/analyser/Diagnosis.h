@@ -49,6 +49,8 @@ public:
 private:
     std::optional<Condition> adapterCondition(const Facts &facts) const;
     std::vector<Condition> streamConditions(const StreamOptions &stream, const Facts &facts) const;
+    /// Nothing while the stream's frames are taken.
+    std::optional<Condition> refusalOf(const StreamOptions &stream, const Facts &facts) const;
     Condition silenceOf(const StreamOptions &stream, const Facts &facts, unsigned channel) const;
 
     const MonitorOptions &options;

@@ -13,13 +13,14 @@
 #include "analyser/BrailleCurve.h"
 #include "analyser/Output.h"
 #include "analyser/Text.h"
+#include "common/writeIfReady.h"
 
 namespace analyser {
 
 namespace {
 
-constexpr char enterScreen[] = "\x1b[?1049h\x1b[?25l\x1b[2J";
-constexpr char leaveScreen[] = "\x1b[?25h\x1b[?1049l";
+constexpr char entering[] = "\x1b[?1049h\x1b[?25l\x1b[2J";
+constexpr char leaving[] = "\x1b[?25h\x1b[?1049l";
 constexpr char home[] = "\x1b[H";
 constexpr char clearToLineEnd[] = "\x1b[K";
 constexpr char clearToScreenEnd[] = "\x1b[J";
@@ -48,7 +49,7 @@ LiveView::LiveView(Output &newOutput, const MonitorOptions &newOptions) : Result
 }
 
 LiveView::~LiveView() {
-    leave();
+    LiveView::leaveScreen();
 }
 
 bool LiveView::isPossible(const Output &output) {
@@ -56,10 +57,31 @@ bool LiveView::isPossible(const Output &output) {
     return ::isatty(output.descriptor()) == 1 && terminal && std::string_view(terminal) != "dumb";
 }
 
-void LiveView::begin() {
-    entered = true;
-    output.write(enterScreen);
+void LiveView::enterScreen() {
+    const int terminal = output.descriptor();
+    termios settings{};
+    if (!terminalBefore && ::tcgetattr(terminal, &settings) == 0) {
+        terminalBefore = settings;
+    }
+    if (terminalBefore) {
+        settings = *terminalBefore;
+        settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        (void)::tcsetattr(terminal, TCSANOW, &settings);
+    }
+    output.write(entering);
     drawSoon();
+}
+
+void LiveView::leaveScreen() {
+    redraw.stop();
+    if (terminalBefore) {
+        // After a Ctrl-S nothing would reach the terminal; what is stopped in this way starts again.
+        (void)::tcflow(output.descriptor(), TCOOFF);
+        (void)::tcflow(output.descriptor(), TCOON);
+        (void)::tcsetattr(output.descriptor(), TCSANOW, &*terminalBefore);
+        (void)common::writeIfReady(output.descriptor(), leaving);
+        terminalBefore.reset();
+    }
 }
 
 void LiveView::result(const Result &result) {
@@ -83,20 +105,12 @@ void LiveView::progress(const Progress &progress) {
 }
 
 void LiveView::summary(const Progress &progress) {
-    leave();
+    leaveScreen();
     output.write(summaryText(progress, ""));
 }
 
-void LiveView::leave() {
-    redraw.stop();
-    if (entered) {
-        output.write(leaveScreen);
-        entered = false;
-    }
-}
-
 void LiveView::drawSoon() {
-    if (!redraw.isActive()) {
+    if (terminalBefore && !redraw.isActive()) {
         redraw.start();
     }
 }
@@ -109,17 +123,28 @@ LiveView::Size LiveView::windowSize() const {
 
 void LiveView::draw() {
     const Size size = windowSize();
-    std::vector<std::string> lines{"sonvex-analyser " + qo::sonvexLib::getVersion() + "  " + options.device + "  " +
-                                       text::fixed(latest.seconds, 0) + " s  clock " + options.clock.toString() +
-                                       "  buffer " + std::to_string(options.bufferSize),
-                                   "missed " + std::to_string(latest.packetsMissed) + "  refused " +
-                                       std::to_string(latest.refused.channelAmount + latest.refused.dataLength) +
-                                       "  messages " + std::to_string(latest.messages),
-                                   latest.conditions.empty() ? "" : "! " + latest.conditions};
+    // One column stays free: behind a full line the cursor would stand on its last character and clear that.
+    const std::size_t columns = size.columns - 1;
+    std::vector<std::string> lines;
+    const auto append = [columns](std::vector<std::string> &to, const std::string &text) {
+        const auto parts = text::wrapped(text, columns);
+        to.insert(to.end(), parts.begin(), parts.end());
+    };
+    append(lines, "sonvex-analyser " + qo::sonvexLib::getVersion() + "  " + options.device + "  " +
+                      text::fixed(latest.seconds, 0) + " s  clock " + options.clock.toString() + "  buffer " +
+                      std::to_string(options.bufferSize));
+    append(lines, "missed " + std::to_string(latest.packetsMissed) + "  refused " +
+                      std::to_string(latest.refused.channelAmount + latest.refused.dataLength) + "  messages " +
+                      std::to_string(latest.messages));
+    append(lines, latest.conditions.empty() ? "" : "! " + latest.conditions);
+    std::vector<std::string> news;
+    for (const auto &message : messages) {
+        append(news, message);
+    }
 
     // A head and two rows of curve are the least that says something; what has no room isn't drawn.
     constexpr std::size_t leastRows = 3;
-    const std::size_t fixedRows = lines.size() + messages.size();
+    const std::size_t fixedRows = lines.size() + news.size();
     const std::size_t room = size.rows > fixedRows ? size.rows - fixedRows : 0;
     const std::size_t shown =
         std::clamp<std::size_t>(room / leastRows, 1, std::max<std::size_t>(latest.analyses.size(), 1));
@@ -127,13 +152,12 @@ void LiveView::draw() {
         const auto part = curveLines(latest.analyses[i], {size.columns, room / shown});
         lines.insert(lines.end(), part.begin(), part.end());
     }
-    lines.insert(lines.end(), messages.begin(), messages.end());
+    lines.insert(lines.end(), news.begin(), news.end());
 
     std::string screen = home;
     for (std::size_t i = 0; i < std::min(lines.size(), size.rows); ++i) {
         screen += i > 0 ? "\r\n" : "";
-        // One column stays free: behind a full line the cursor would stand on its last character and clear that.
-        screen += text::cut(lines[i], size.columns - 1);
+        screen += text::cut(lines[i], columns);
         screen += clearToLineEnd;
     }
     output.write(screen + clearToScreenEnd);
@@ -143,9 +167,10 @@ std::vector<std::string> LiveView::curveLines(const AnalysisProgress &entry, Siz
     const auto &curve = curves[entry.name];
     const std::string upper = "+" + text::fixed(curve.scale, 4) + " ";
     const std::string lower = "-" + text::fixed(curve.scale, 4) + " ";
-    std::vector<std::string> lines{entry.name + "  " + entry.state + "  " + text::fixed(entry.resultsPerSecond, 1) +
-                                   " results/s  peak " + text::fixed(peakOf(curve.values), 4)};
-    const std::size_t rows = size.rows > 1 ? size.rows - 1 : 0;
+    auto lines = text::wrapped(entry.name + "  " + entry.state + "  " + text::fixed(entry.resultsPerSecond, 1) +
+                                   " results/s  peak " + text::fixed(peakOf(curve.values), 4),
+                               size.columns - 1);
+    const std::size_t rows = size.rows > lines.size() ? size.rows - lines.size() : 0;
     const std::size_t columns = size.columns > upper.size() + 1 ? size.columns - upper.size() - 1 : 0;
     const auto drawn = brailleCurve(curve.values, curve.scale, columns, rows);
     for (std::size_t row = 0; row < rows; ++row) {

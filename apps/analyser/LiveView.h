@@ -2,6 +2,9 @@
 
 #include <deque>
 #include <map>
+#include <optional>
+
+#include <termios.h>
 
 #include <QTimer>
 
@@ -18,13 +21,14 @@ public:
     /// Whether @p output goes to a terminal that can redraw.
     static bool isPossible(const Output &output);
 
-    void begin() override;
     void result(const Result &result) override;
     void message(const sonvex::imessages::IBaseMessage &message) override;
     void progress(const Progress &progress) override;
     void summary(const Progress &progress) override;
+    bool needsScreen() const override { return true; }
+    void enterScreen() override;
+    void leaveScreen() override;
     void resized() override { drawSoon(); }
-    bool showsConditions() const override { return true; }
 
 private:
     struct Curve {
@@ -40,14 +44,13 @@ private:
     void draw();
     Size windowSize() const;
     std::vector<std::string> curveLines(const AnalysisProgress &entry, Size size);
-    void leave();
 
     const MonitorOptions &options;
     Progress latest;
     std::map<std::string, Curve> curves; // by the analysis
     std::deque<std::string> messages;    // the newest
     QTimer redraw;
-    bool entered = false;
+    std::optional<termios> terminalBefore; // while the screen is entered
 };
 
 } // namespace analyser

@@ -12,7 +12,8 @@
 
 #include <QDateTime>
 
-#include "analyser/Refusal.h"
+#include "common/Refusal.h"
+#include "common/complain.h"
 
 namespace analyser {
 
@@ -69,20 +70,23 @@ void LogObserver::install() {
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &line) {
         shared().observe(type, line);
         if (type == QtFatalMsg) {
-            complain(line.toStdString());
+            common::complain(line.toStdString());
         }
     });
 }
 
 void LogObserver::configure(const LogOptions &options) {
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(linesMutex);
     if (!options.file.empty()) {
-        file = ::open(options.file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
-        if (file < 0) {
-            throw Refusal(Refusal::usage, "cannot write the log '" + options.file + "': " + std::strerror(errno));
+        file = LineWriter(
+            common::FileDescriptor(::open(options.file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666)));
+        if (!file.isOpen()) {
+            throw common::Refusal("cannot write the log '" + options.file + "': " + std::strerror(errno));
         }
     }
-    verbose = options.verbose;
+    if (options.verbose) {
+        errorOutput = LineWriter(common::FileDescriptor(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)));
+    }
     configured = true;
     for (const auto &line : kept) {
         pass(line);
@@ -92,9 +96,12 @@ void LogObserver::configure(const LogOptions &options) {
 
 void LogObserver::observe(QtMsgType type, const QString &line) {
     const std::string text = line.toStdString();
-    const std::lock_guard lock(mutex);
-    count(text);
-    if (configured && !verbose && file < 0) {
+    {
+        const std::lock_guard lock(factsMutex);
+        count(text);
+    }
+    const std::lock_guard lock(linesMutex);
+    if (configured && !errorOutput.isOpen() && !file.isOpen()) {
         return;
     }
     const QString time = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
@@ -130,25 +137,18 @@ void LogObserver::count(const std::string &line) {
 }
 
 void LogObserver::pass(const std::string &line) {
-    if (verbose) {
-        (void)!::write(STDERR_FILENO, line.data(), line.size());
-    }
-    if (file >= 0 && writeError.empty()) {
-        const auto written = ::write(file, line.data(), line.size());
-        if (written != static_cast<ssize_t>(line.size())) {
-            writeError = std::strerror(written < 0 ? errno : ENOSPC);
-        }
-    }
+    errorOutput.write(line);
+    file.write(line);
 }
 
 LogFacts LogObserver::facts() const {
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(factsMutex);
     return known;
 }
 
 std::string LogObserver::failure() const {
-    const std::lock_guard lock(mutex);
-    return writeError;
+    const std::lock_guard lock(linesMutex);
+    return file.getFailure();
 }
 
 } // namespace analyser

@@ -11,6 +11,7 @@
 #include <QtGlobal>
 
 #include "analyser/AnalyserOptions.h"
+#include "analyser/LineWriter.h"
 
 namespace analyser {
 
@@ -34,7 +35,7 @@ struct LogFacts {
 
 /**
  * Reads every line that goes through Qt's message logger: counts what the host wants to know, and passes the lines on
- * where the user wants to see them. Any thread may log.
+ * where the user wants to see them. Any thread may log, and none waits for who reads the lines.
  */
 class LogObserver {
 public:
@@ -43,7 +44,7 @@ public:
     /// Makes Qt feed the shared observer. Safe to call before any constructor of the process has run.
     static void install();
 
-    /// Until this call lines are kept. @throws Refusal if the file can't be opened
+    /// Until this call lines are kept. @throws common::Refusal if the file can't be opened
     void configure(const LogOptions &options);
     void observe(QtMsgType type, const QString &line);
 
@@ -55,14 +56,14 @@ private:
     void count(const std::string &line);
     void pass(const std::string &line);
 
-    mutable std::mutex mutex; // guards all below
+    mutable std::mutex factsMutex; // guards the next two; never held while a line is written
     LogFacts known;
     std::thread::id threadOfChannelLine;
+    mutable std::mutex linesMutex; // guards all below
     bool configured = false;
     std::vector<std::string> kept;
-    bool verbose = false;
-    int file = -1;
-    std::string writeError;
+    LineWriter errorOutput;
+    LineWriter file;
 };
 
 } // namespace analyser

@@ -13,8 +13,9 @@
 #include "analyser/LiveView.h"
 #include "analyser/LogObserver.h"
 #include "analyser/PlainView.h"
-#include "analyser/Refusal.h"
 #include "analyser/SignalWatcher.h"
+#include "common/Refusal.h"
+#include "common/complain.h"
 
 namespace analyser {
 
@@ -59,35 +60,49 @@ std::unique_ptr<ResultSink> Monitor::makeSink() {
 int Monitor::run() {
     session.open();
     const auto quit = [] { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection); };
-    const SignalWatcher signalWatcher(quit, [this] { sink->resized(); });
+    SignalWatcher::Handlers handlers;
+    handlers.end = quit;
+    if (sink->needsScreen()) {
+        handlers.resize = [this] { sink->resized(); };
+        handlers.stop = [this] { sink->leaveScreen(); };
+        handlers.resume = [this] { sink->enterScreen(); };
+    }
+    const SignalWatcher signalWatcher(handlers);
     output.onFailure(quit);
     session.onResult([this](const Result &result) { sink->result(result); });
     session.onMessage([this](const auto &message) { sink->message(message); });
 
     const std::string note = shortBufferNote(options);
-    if (!note.empty() && !sink->showsConditions()) {
-        complain(note);
+    if (!note.empty() && !sink->needsScreen()) {
+        common::complain(note);
     }
-    sink->begin();
+    const std::chrono::milliseconds time(std::lround(options.seconds.value_or(0.0) * 1000.0));
+    if (options.seconds) {
+        output.setDeadline(std::chrono::steady_clock::now() + time);
+    }
+    output.begin();
+    sink->begin(session.analyses());
+    sink->enterScreen();
     latest = measure();
     QObject::connect(&ticker, &QTimer::timeout, &ticker, [this] { tick(); });
     ticker.setTimerType(Qt::PreciseTimer);
     ticker.start(tickPeriod);
     session.start();
     if (options.seconds) {
-        const auto milliseconds = static_cast<int>(std::lround(*options.seconds * 1000.0));
-        QTimer::singleShot(milliseconds, Qt::PreciseTimer, &ticker, quit);
+        QTimer::singleShot(time, Qt::PreciseTimer, &ticker, quit);
     }
     QCoreApplication::exec();
 
     ticker.stop();
+    sink->leaveScreen(); // also a program that is killed while it ends leaves a terminal in order
     session.end();
     sink->summary(measure());
     const std::string logFailure = LogObserver::shared().failure();
     if (!output.failure().empty() || !logFailure.empty()) {
         const bool ofOutput = !output.failure().empty();
-        complain(ofOutput ? "cannot write the output: " + output.failure() : "cannot write the log: " + logFailure);
-        return Refusal::failure;
+        common::complain(ofOutput ? "cannot write the output: " + output.failure()
+                                  : "cannot write the log: " + logFailure);
+        return common::Refusal::failure;
     }
     return 0;
 }
@@ -152,12 +167,12 @@ std::string Monitor::conditions() {
     for (const auto &condition : diagnosis.examine(facts)) {
         text += (text.empty() ? "" : "; ") + condition.text;
         keys.insert(condition.key);
-        if (said.count(condition.key) == 0 && !sink->showsConditions()) {
-            complain(condition.text);
+        if (said.count(condition.key) == 0 && !sink->needsScreen()) {
+            common::complain(condition.text);
         }
     }
-    if (keys.empty() && !said.empty() && !sink->showsConditions()) {
-        complain("results arrive from every channel");
+    if (keys.empty() && !said.empty() && !sink->needsScreen()) {
+        common::complain("results arrive from every channel");
     }
     said = keys;
     return text.empty() ? shortBufferNote(options) : text;

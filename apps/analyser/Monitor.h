@@ -20,7 +20,7 @@ class ResultSink;
 /// The command monitor: joins the session, the output and the diagnosis, from the first frame to the summary.
 class Monitor {
 public:
-    /// @throws Refusal if the options don't fit the machine
+    /// @throws common::Refusal if the options don't fit the machine
     explicit Monitor(const MonitorOptions &options);
     ~Monitor();
     Monitor(const Monitor &) = delete;

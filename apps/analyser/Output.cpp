@@ -7,21 +7,25 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "analyser/Refusal.h"
 #include "analyser/SignalWatcher.h"
+#include "common/Refusal.h"
+#include "common/writeIfReady.h"
 
 namespace analyser {
 
-Output::Output(const std::string &file)
-    : fd(file.empty() ? STDOUT_FILENO : ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
-    if (fd < 0) {
-        throw Refusal(Refusal::usage, "cannot write the output '" + file + "': " + std::strerror(errno));
+Output::Output(const std::string &name) {
+    if (!name.empty()) {
+        file = common::FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+        if (file.get() < 0) {
+            throw common::Refusal("cannot write the output '" + name + "': " + std::strerror(errno));
+        }
     }
 }
 
-Output::~Output() {
-    if (fd != STDOUT_FILENO) {
-        ::close(fd);
+void Output::begin() {
+    // What is no regular file, as a pipe, can't be emptied and needn't be.
+    if (file.get() >= 0 && ::ftruncate(file.get(), 0) != 0 && errno != EINVAL) {
+        fail(std::strerror(errno));
     }
 }
 
@@ -31,13 +35,10 @@ void Output::write(std::string_view text) {
             fail("its reader takes no more");
             return;
         }
-        const auto written = ::write(fd, text.data(), text.size());
+        const auto written = common::writeIfReady(descriptor(), text);
         if (written >= 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno == EAGAIN) {
-            pollfd ready{fd, POLLOUT, 0};
-            (void)::poll(&ready, 1, -1);
-        } else if (errno != EINTR) {
+        } else if (errno != EAGAIN && errno != EINTR) {
             fail(std::strerror(errno));
         }
     }
@@ -50,11 +51,23 @@ void Output::fail(const std::string &reason) {
     }
 }
 
-/// A reader that has stopped reading must not keep the program from ending when it is told to.
+/// Waits for the reader. One that has stopped reading must not keep the program from ending when it is time to.
 bool Output::waitsInVain() const {
-    constexpr int patience = 1000; // ms
-    pollfd ready{fd, POLLOUT, 0};
-    return SignalWatcher::endRequested() && ::poll(&ready, 1, patience) == 0;
+    using Clock = std::chrono::steady_clock;
+    constexpr auto patience = std::chrono::seconds(1);
+    constexpr int slice = 50; // ms
+    std::optional<Clock::time_point> lastMoment;
+    pollfd ready{descriptor(), POLLOUT, 0};
+    while (::poll(&ready, 1, slice) <= 0) {
+        const auto now = Clock::now();
+        if (!lastMoment && (SignalWatcher::endRequested() || now >= deadline.value_or(now + patience))) {
+            lastMoment = now + patience;
+        }
+        if (now >= lastMoment.value_or(now + patience)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace analyser

@@ -18,18 +18,22 @@ public:
     ResultSink(const ResultSink &) = delete;
     ResultSink &operator=(const ResultSink &) = delete;
 
-    /// Before the first result.
-    virtual void begin() {}
+    /// Before the first result of any of the analyses.
+    virtual void begin(const std::vector<Analysis> &) {}
     virtual void result(const Result &result) = 0;
     virtual void message(const sonvex::imessages::IBaseMessage &message) = 0;
     /// About once a second.
     virtual void progress(const Progress &) {}
     /// After the last result.
     virtual void summary(const Progress &progress) = 0;
+    /// Whether this needs a terminal's screen for itself. The conditions in a Progress then show there; otherwise they
+    /// are said on the error output.
+    virtual bool needsScreen() const { return false; }
+    virtual void enterScreen() {}
+    /// Gives the terminal back as it was.
+    virtual void leaveScreen() {}
     /// The window has another size.
     virtual void resized() {}
-    /// Whether the conditions in a Progress show here; if not they are said on the error output.
-    virtual bool showsConditions() const { return false; }
 
 protected:
     Output &output;

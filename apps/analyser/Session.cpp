@@ -6,7 +6,7 @@
 
 #include "analyser/AdapterProbe.h"
 #include "analyser/LogObserver.h"
-#include "analyser/Refusal.h"
+#include "common/Refusal.h"
 
 namespace analyser {
 
@@ -22,7 +22,7 @@ sonvex::INetworkDeviceInfo &findAdapter(const std::string &name) {
         }
         known += (known.empty() ? "" : ", ") + candidate.getSystemDeviceName();
     }
-    throw Refusal(Refusal::usage, "there is no adapter '" + name + "'; known are: " + (known.empty() ? "none" : known));
+    throw common::Refusal("there is no adapter '" + name + "'; known are: " + (known.empty() ? "none" : known));
 }
 
 /// Why the adapter can't be opened and what helps, as far as the system says it.
@@ -67,7 +67,7 @@ void Session::addStream(const StreamOptions &stream) {
     try {
         capture = &ISonvex::createInstance().addRemoteStreamReceiver(configuration);
     } catch (const exceptions::InstanceNotCreateable &error) {
-        throw Refusal(Refusal::failure, openRefusal(options.device, error.what()));
+        throw common::Refusal(openRefusal(options.device, error.what()), common::Refusal::failure);
     }
 }
 
@@ -75,20 +75,21 @@ void Session::addWaveform(const WaveformOptions &waveform) {
     using Config = sonvex::iprocess::IWaveformConfig;
     auto &config = options.clock.internal ? Config::createInstance("waveform", waveform.amount, options.clock.period)
                                           : Config::createInstance("waveform", waveform.amount);
-    addAnalysis("waveform", config, waveform.mac, waveform.channel);
+    addAnalysis("waveform", config, waveform);
 }
 
 void Session::addAnalysis(const std::string &type, sonvex::iprocess::IProcessorConfigBase &config,
-                          const std::string &stream, unsigned char channel) {
+                          const WaveformOptions &waveform) {
     Analysis analysis;
     analysis.type = type;
-    analysis.name = type + '_' + stream + "_ch" + std::to_string(channel);
-    analysis.stream = stream;
-    analysis.channel = channel;
+    analysis.name = type + '_' + waveform.mac + "_ch" + std::to_string(waveform.channel);
+    analysis.stream = waveform.mac;
+    analysis.channel = waveform.channel;
+    analysis.amount = waveform.amount;
 
     auto &library = ISonvex::createInstance();
-    auto &handle =
-        library.addProcessor(sonvex::IProcessConfiguration::createInstance(analysis.name, config, stream, channel));
+    auto &handle = library.addProcessor(
+        sonvex::IProcessConfiguration::createInstance(analysis.name, config, waveform.mac, waveform.channel));
     library.getMeteringDataSource(handle).bindChannelCallback(
         [this, index = all.size()](sonvex::IChannelData &data) { receiveResult(index, data); });
     processors.push_back(&handle);

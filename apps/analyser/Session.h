@@ -38,6 +38,8 @@ struct Analysis {
     std::string name;
     std::string stream;
     unsigned channel = 0;
+    /// Samples of one result.
+    unsigned amount = 0;
     std::uint64_t results = 0;
     /// Of the last result; of the start before the first one.
     std::chrono::steady_clock::time_point lastSign;
@@ -54,7 +56,7 @@ struct Result {
 /// One run of the library: all calls to it are here, on the main thread. Needs a running event loop.
 class Session {
 public:
-    /// Finds the adapter. @throws Refusal if there is no adapter of this name
+    /// Finds the adapter. @throws common::Refusal if there is no adapter of this name
     explicit Session(const MonitorOptions &options);
     ~Session();
     Session(const Session &) = delete;
@@ -65,7 +67,7 @@ public:
         messageReceiver = std::move(function);
     }
 
-    /// Opens the adapter and sets the analyses up. @throws Refusal if the adapter can't be opened
+    /// Opens the adapter and sets the analyses up. @throws common::Refusal if the adapter can't be opened
     void open();
     void start();
     /// Ends the library's work and hands over what was still on its way. A second call does nothing.
@@ -83,8 +85,8 @@ private:
 
     void addStream(const StreamOptions &stream);
     void addWaveform(const WaveformOptions &waveform);
-    void addAnalysis(const std::string &type, sonvex::iprocess::IProcessorConfigBase &config, const std::string &stream,
-                     unsigned char channel);
+    void addAnalysis(const std::string &type, sonvex::iprocess::IProcessorConfigBase &config,
+                     const WaveformOptions &waveform);
     void receiveResult(std::size_t index, sonvex::IChannelData &data);
     void receiveMessage(const std::shared_ptr<sonvex::imessages::IBaseMessage> &message);
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <csignal>
 #include <functional>
+#include <map>
 #include <memory>
 
 #include <QSocketNotifier>
@@ -10,8 +12,19 @@ namespace analyser {
 /// Brings the signals of the system into the event loop of the thread that made it. One can exist at a time.
 class SignalWatcher {
 public:
-    /// @param onEnd gets the requests to end (Ctrl-C, SIGTERM, hang-up), @param onResize the changes of the window
-    SignalWatcher(std::function<void()> onEnd, std::function<void()> onResize);
+    /// A function that is empty leaves its signals as they are.
+    struct Handlers {
+        /// A request to end (Ctrl-C, SIGTERM, hang-up). A second one ends the program at once, on the system's own way.
+        std::function<void()> end;
+        /// The window has another size.
+        std::function<void()> resize;
+        /// The program is about to be stopped (Ctrl-Z).
+        std::function<void()> stop;
+        /// It goes on.
+        std::function<void()> resume;
+    };
+
+    explicit SignalWatcher(Handlers newHandlers);
     ~SignalWatcher();
     SignalWatcher(const SignalWatcher &) = delete;
     SignalWatcher &operator=(const SignalWatcher &) = delete;
@@ -20,11 +33,13 @@ public:
     static bool endRequested();
 
 private:
+    void watch(int number);
     void drain();
+    void handle(int number);
 
-    std::function<void()> endHandler;
-    std::function<void()> resizeHandler;
+    Handlers handlers;
     std::unique_ptr<QSocketNotifier> notifier;
+    std::map<int, struct sigaction> before; // by the signal
 };
 
 } // namespace analyser

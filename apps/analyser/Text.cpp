@@ -10,6 +10,8 @@
 #include <sonvex/IChannelAmountChanged.h>
 #include <sonvex/IStatusMessage.h>
 
+#include "common/oneLine.h"
+
 namespace analyser::text {
 
 namespace {
@@ -49,12 +51,6 @@ std::string quoted(std::string_view value) {
     return result + '"';
 }
 
-std::string oneLine(std::string_view value) {
-    std::string result(value);
-    std::replace_if(result.begin(), result.end(), isControl, ' ');
-    return result;
-}
-
 std::string_view cut(std::string_view value, std::size_t columns) {
     std::size_t end = 0;
     for (; end < value.size(); ++end) {
@@ -64,6 +60,21 @@ std::string_view cut(std::string_view value, std::size_t columns) {
         }
     }
     return value.substr(0, end);
+}
+
+std::vector<std::string> wrapped(std::string_view value, std::size_t columns) {
+    std::vector<std::string> lines;
+    do {
+        std::string_view line = cut(value, std::max<std::size_t>(columns, 1));
+        const auto blank = line.rfind(' ');
+        if (line.size() < value.size() && value[line.size()] != ' ' && blank != std::string_view::npos && blank > 0) {
+            line = line.substr(0, blank);
+        }
+        lines.emplace_back(line);
+        value.remove_prefix(line.size());
+        value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
+    } while (!value.empty());
+    return lines;
 }
 
 std::string counted(std::uint64_t amount, const std::string &noun) {
@@ -79,7 +90,7 @@ std::string describe(const sonvex::imessages::IBaseMessage &message) {
     } else if (const auto *status = dynamic_cast<const sonvex::imessages::IStatusMessage *>(&message)) {
         result += ": " + status->getMessage();
     }
-    return oneLine(result);
+    return common::oneLine(result);
 }
 
 } // namespace analyser::text

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sonvex::imessages {
 class IBaseMessage;
@@ -17,10 +18,10 @@ std::string number(double value);
 std::string fixed(double value, int decimals);
 /// As a JSON string with its quotes. What is no UTF-8 becomes the replacement character.
 std::string quoted(std::string_view value);
-/// With a blank in place of every control character.
-std::string oneLine(std::string_view value);
 /// The first @p columns characters, each taken as one column wide.
 std::string_view cut(std::string_view value, std::size_t columns);
+/// In lines of at most @p columns characters, broken at blanks where there are any.
+std::vector<std::string> wrapped(std::string_view value, std::size_t columns);
 /// "1 packet", "2 packets".
 std::string counted(std::uint64_t amount, const std::string &noun);
 /// A message of the library for the eye, in one line.

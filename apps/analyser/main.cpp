@@ -7,12 +7,20 @@
 #include "analyser/LogObserver.h"
 #include "analyser/Monitor.h"
 #include "analyser/Output.h"
-#include "analyser/Refusal.h"
+#include "common/Refusal.h"
+#include "common/complain.h"
+#include "common/fillStandardDescriptors.h"
 
 namespace {
 
-// The library logs while it is loaded, before any constructor of this program could keep its lines off the terminal.
-[[gnu::section(".preinit_array"), gnu::used]] void (*observeFromTheStart)() = analyser::LogObserver::install;
+void prepareProcess() {
+    common::fillStandardDescriptors();
+    analyser::LogObserver::install();
+}
+
+// The library logs and opens files while it is loaded, before any constructor of this program could keep its lines off
+// the terminal and its files off the places of the standard outputs.
+[[gnu::section(".preinit_array"), gnu::used]] void (*prepareFromTheStart)() = prepareProcess;
 
 int execute(const analyser::Command &command) {
     if (const auto *monitor = std::get_if<analyser::MonitorOptions>(&command)) {
@@ -27,7 +35,7 @@ int execute(const analyser::Command &command) {
         output.write(std::get<analyser::ShownText>(command).text);
     }
     if (!output.failure().empty()) {
-        throw analyser::Refusal(analyser::Refusal::failure, "cannot write the output: " + output.failure());
+        throw common::Refusal("cannot write the output: " + output.failure(), common::Refusal::failure);
     }
     return 0;
 }
@@ -39,11 +47,11 @@ int main(int argc, char *argv[]) {
     const QCoreApplication application(argc, argv);
     try {
         return execute(analyser::parseCommandLine(QCoreApplication::arguments()));
-    } catch (const analyser::Refusal &refusal) {
-        analyser::complain(refusal.what());
+    } catch (const common::Refusal &refusal) {
+        common::complain(refusal.what());
         return refusal.exitStatus();
     } catch (const std::exception &error) {
-        analyser::complain(error.what());
-        return analyser::Refusal::failure;
+        common::complain(error.what());
+        return common::Refusal::failure;
     }
 }

@@ -5,7 +5,7 @@
 
 namespace talker {
 
-AafFrame::AafFrame(const MacAddress &source, const MacAddress &destination, unsigned channels,
+AafFrame::AafFrame(const common::MacAddress &source, const common::MacAddress &destination, unsigned channels,
                    unsigned samplesPerChannel) {
     std::copy(destination.begin(), destination.end(), bytes.begin());
     std::copy(source.begin(), source.end(), bytes.begin() + 6);

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "talker/MacAddress.h"
+#include "common/MacAddress.h"
 
 namespace talker {
 
@@ -26,7 +26,8 @@ public:
     }
 
     /// The stream ID is the source address with the unique ID 0.
-    AafFrame(const MacAddress &source, const MacAddress &destination, unsigned channels, unsigned samplesPerChannel);
+    AafFrame(const common::MacAddress &source, const common::MacAddress &destination, unsigned channels,
+             unsigned samplesPerChannel);
 
     /// Declares the format and the data length that belongs to it. The samples are undefined until they are set.
     /// @throws std::out_of_range for a format that no frame can declare

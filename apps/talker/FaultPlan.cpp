@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "common/parseNumber.h"
 #include "talker/AafFrame.h"
-#include "talker/parseNumber.h"
 
 namespace talker {
 
@@ -21,13 +21,13 @@ void FaultPlan::add(Fault fault, const std::string &text) {
     const std::size_t colon = text.find(':');
     const bool needsValue = fault != Fault::Drop && fault != Fault::Repeat;
     if (needsValue != (colon != std::string::npos)) {
-        throw Refusal(name + ": '" + text + "' is not of the form " + (needsValue ? "FRAME:VALUE" : "FRAME"));
+        throw common::Refusal(name + ": '" + text + "' is not of the form " + (needsValue ? "FRAME:VALUE" : "FRAME"));
     }
 
-    const auto frame = parseNumber<std::uint64_t>(text.substr(0, colon), name + ", frame", 0, lastFrame);
+    const auto frame = common::parseNumber<std::uint64_t>(text.substr(0, colon), name + ", frame", 0, lastFrame);
     std::optional<unsigned> &value = faults[frame][fault];
     if (value) {
-        throw Refusal(name + ": given twice for frame " + std::to_string(frame));
+        throw common::Refusal(name + ": given twice for frame " + std::to_string(frame));
     }
     const std::string valueText = needsValue ? text.substr(colon + 1) : "";
     switch (fault) {
@@ -36,14 +36,14 @@ void FaultPlan::add(Fault fault, const std::string &text) {
         value = 0;
         break;
     case Fault::Channels:
-        value = parseNumber<unsigned>(valueText, name + ", channels", 1, AafFrame::maxChannels);
+        value = common::parseNumber<unsigned>(valueText, name + ", channels", 1, AafFrame::maxChannels);
         break;
     case Fault::Truncate:
-        value = parseNumber<unsigned>(valueText, name + ", bytes", AafFrame::ethernetHeaderSize,
-                                      AafFrame::headerSize + AafFrame::maxDataLength - 1);
+        value = common::parseNumber<unsigned>(valueText, name + ", bytes", AafFrame::ethernetHeaderSize,
+                                              AafFrame::headerSize + AafFrame::maxDataLength - 1);
         break;
     case Fault::Length:
-        value = parseNumber<unsigned>(valueText, name + ", bytes", 0, AafFrame::maxDataLength);
+        value = common::parseNumber<unsigned>(valueText, name + ", bytes", 0, AafFrame::maxDataLength);
         break;
     }
 }
@@ -53,8 +53,8 @@ void FaultPlan::check(unsigned channels, unsigned samplesPerChannel) const {
         channels = ofFrame[Fault::Channels].value_or(channels);
         const std::size_t size = AafFrame::headerSize + AafFrame::dataLength(channels, samplesPerChannel);
         if (ofFrame[Fault::Truncate].value_or(0) >= size) {
-            throw Refusal(optionName(Fault::Truncate) + ": frame " + std::to_string(frame) + " has only " +
-                          std::to_string(size) + " bytes");
+            throw common::Refusal(optionName(Fault::Truncate) + ": frame " + std::to_string(frame) + " has only " +
+                                  std::to_string(size) + " bytes");
         }
     }
 }

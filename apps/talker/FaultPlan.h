@@ -34,7 +34,7 @@ class FaultPlan {
 public:
     /// Adds the fault that the value of its option describes: "FRAME" for drop and repeat, "FRAME:VALUE" for the
     /// others.
-    /// @throws Refusal for malformed text and for a fault that the frame has already
+    /// @throws common::Refusal for malformed text and for a fault that the frame has already
     void add(Fault fault, const std::string &text);
 
     /// Refuses a plan that a stream of this format cannot follow.

@@ -10,7 +10,7 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
-#include "talker/Refusal.h"
+#include "common/Refusal.h"
 
 namespace talker {
 
@@ -30,12 +30,12 @@ std::string knownAdapters() {
 /// A socket of protocol 0, which receives nothing.
 int openSocket(const std::string &device) {
     if (if_nametoindex(device.c_str()) == 0) {
-        throw Refusal("unknown adapter '" + device + "', there are: " + knownAdapters());
+        throw common::Refusal("unknown adapter '" + device + "', there are: " + knownAdapters());
     }
     const int descriptor = socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, 0);
     if (descriptor < 0) {
         const int error = errno;
-        throw Refusal(
+        throw common::Refusal(
             "cannot send raw frames on '" + device + "': " + std::generic_category().message(error) +
             (error == EPERM ? "; run as root, or grant CAP_NET_RAW with 'setcap cap_net_raw+ep' to this program" : ""));
     }
@@ -47,7 +47,7 @@ int openSocket(const std::string &device) {
 RawSocket::RawSocket(const std::string &device) : device(device), socket(openSocket(device)) {
     const auto require = [&device](bool done) {
         if (!done) {
-            throw Refusal("adapter '" + device + "': " + std::generic_category().message(errno));
+            throw common::Refusal("adapter '" + device + "': " + std::generic_category().message(errno));
         }
     };
     ifreq request = {};
@@ -57,7 +57,7 @@ RawSocket::RawSocket(const std::string &device) : device(device), socket(openSoc
 
     require(ioctl(socket.get(), SIOCGIFHWADDR, &request) == 0);
     if (request.ifr_hwaddr.sa_family != ARPHRD_ETHER && request.ifr_hwaddr.sa_family != ARPHRD_LOOPBACK) {
-        throw Refusal("adapter '" + device + "' does not carry Ethernet frames");
+        throw common::Refusal("adapter '" + device + "' does not carry Ethernet frames");
     }
     std::copy_n(request.ifr_hwaddr.sa_data, address.size(), address.begin());
 

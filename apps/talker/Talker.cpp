@@ -3,24 +3,24 @@
 #include <algorithm>
 #include <ctime>
 
-#include "talker/Refusal.h"
+#include "common/Refusal.h"
 
 namespace talker {
 
 namespace {
 
-/// The moment of a sample, exact to the nanosecond for ever.
+/// The moment of a sample, exact to the nanosecond as far as the clock counts. Whole parts first: nothing overflows.
 Pacer::Duration timeOf(std::uint64_t sample) {
-    return Pacer::Duration(sample * 62'500 / 3);
+    return Pacer::Duration(sample / 3 * 62'500 + sample % 3 * 62'500 / 3);
 }
 
 /// Listeners get this long to receive a frame before they play it.
 constexpr auto transitTime = std::chrono::milliseconds(2);
 
-MacAddress sourceAddress(const TalkerOptions &options, const RawSocket &socket) {
-    const MacAddress address = options.source.value_or(socket.getAddress());
-    if (!options.source && address == MacAddress{}) {
-        throw Refusal("adapter '" + socket.getDevice() + "' has no address of its own: give one with --source");
+common::MacAddress sourceAddress(const TalkerOptions &options, const RawSocket &socket) {
+    const common::MacAddress address = options.source.value_or(socket.getAddress());
+    if (!options.source && address == common::MacAddress{}) {
+        throw common::Refusal("adapter '" + socket.getDevice() + "' has no address of its own: give one with --source");
     }
     return address;
 }
@@ -34,9 +34,9 @@ Talker::Talker(const TalkerOptions &options, RawSocket &socket)
     const std::size_t needed =
         AafFrame::headerSize - AafFrame::ethernetHeaderSize + AafFrame::dataLength(channels, options.samplesPerPacket);
     if (needed > socket.getMtu()) {
-        throw Refusal(std::to_string(channels) + " channels of " + std::to_string(options.samplesPerPacket) +
-                      " samples need frames of " + std::to_string(needed) + " bytes, adapter '" + socket.getDevice() +
-                      "' takes " + std::to_string(socket.getMtu()));
+        throw common::Refusal(std::to_string(channels) + " channels of " + std::to_string(options.samplesPerPacket) +
+                              " samples need frames of " + std::to_string(needed) + " bytes, adapter '" +
+                              socket.getDevice() + "' takes " + std::to_string(socket.getMtu()));
     }
     report.packetInterval = timeOf(options.samplesPerPacket);
 }

@@ -15,7 +15,7 @@ namespace talker {
 class Talker {
 public:
     /// Keeps references to both.
-    /// @throws Refusal if the adapter cannot carry the stream
+    /// @throws common::Refusal if the adapter cannot carry the stream
     Talker(const TalkerOptions &options, RawSocket &socket);
 
     /// Returns at the end of the stream or when stop is set. Allocates nothing. To be called once.

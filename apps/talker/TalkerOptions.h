@@ -3,30 +3,33 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include <QStringList>
 
+#include "common/MacAddress.h"
 #include "talker/ChannelSignals.h"
 #include "talker/FaultPlan.h"
-#include "talker/MacAddress.h"
 
 namespace talker {
 
 /// What the command line asks for.
 struct TalkerOptions {
     std::string device;
-    std::optional<MacAddress> source; ///< none: the adapter's own address
-    MacAddress destination;
+    std::optional<common::MacAddress> source; ///< none: the adapter's own address
+    common::MacAddress destination;
     unsigned channels;
     unsigned samplesPerPacket;
     ChannelSignals signals;
     std::optional<std::uint64_t> frames; ///< none: until a signal ends the process
     FaultPlan faults;
-
-    /// @param arguments the program's name first
-    /// @throws Refusal for everything that is wrong without a look at the adapter; prints and exits if help is asked
-    /// for
-    static TalkerOptions parse(const QStringList &arguments);
 };
+
+/// What --help or --version prints, or the stream to send.
+using Command = std::variant<std::string, TalkerOptions>;
+
+/// @param arguments the program's name first
+/// @throws common::Refusal for everything that is wrong without a look at the adapter
+Command parseCommandLine(const QStringList &arguments);
 
 } // namespace talker

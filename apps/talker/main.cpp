@@ -1,14 +1,15 @@
-#include <algorithm>
 #include <atomic>
-#include <cctype>
+#include <cerrno>
 #include <csignal>
 #include <iostream>
 #include <system_error>
 
 #include <QCoreApplication>
 
+#include "common/Refusal.h"
+#include "common/complain.h"
+#include "common/fillStandardDescriptors.h"
 #include "talker/RawSocket.h"
-#include "talker/Refusal.h"
 #include "talker/Talker.h"
 #include "talker/TalkerOptions.h"
 
@@ -24,20 +25,25 @@ extern "C" void requestStop(int /*signal*/) {
 void stopOnSignals() {
     struct sigaction action = {};
     action.sa_handler = requestStop;
+    action.sa_flags = static_cast<int>(SA_RESETHAND); // a second one ends the program at once
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    struct sigaction before = {};
+    sigaction(SIGHUP, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) { // as nohup wants it
+        sigaction(SIGHUP, &action, nullptr);
+    }
 }
 
-/// One line, whatever a file name or an argument in the text contains.
-int complain(std::string text, int status) {
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char character) { return std::iscntrl(character) != 0; }, '?');
-    std::cerr << "sonvex-talker: " << text << std::endl;
-    return status;
+int print(const std::string &text) {
+    if (!(std::cout << text << std::flush)) {
+        throw common::Refusal("cannot write the output: " + std::generic_category().message(errno),
+                              common::Refusal::failure);
+    }
+    return 0;
 }
 
-int talk(const QStringList &arguments) {
-    const talker::TalkerOptions options = talker::TalkerOptions::parse(arguments);
+int talk(const talker::TalkerOptions &options) {
     talker::RawSocket socket(options.device);
     talker::Talker talker(options, socket);
     stopOnSignals();
@@ -45,21 +51,31 @@ int talk(const QStringList &arguments) {
     try {
         talker.run(stopRequested);
     } catch (const std::system_error &error) {
-        status = complain(error.what(), 1);
+        common::complain(error.what());
+        status = common::Refusal::failure;
     }
-    std::cout << talker.getReport().toString() << std::flush;
+    print(talker.getReport().toString());
     return status;
+}
+
+int execute(const talker::Command &command) {
+    const auto *options = std::get_if<talker::TalkerOptions>(&command);
+    return options ? talk(*options) : print(std::get<std::string>(command));
 }
 
 } // namespace
 
 int main(int argc, char *argv[]) {
+    common::fillStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN); // a broken pipe shows when it is written to
     const QCoreApplication application(argc, argv);
     try {
-        return talk(QCoreApplication::arguments());
-    } catch (const talker::Refusal &refusal) {
-        return complain(refusal.what(), 2);
+        return execute(talker::parseCommandLine(QCoreApplication::arguments()));
+    } catch (const common::Refusal &refusal) {
+        common::complain(refusal.what());
+        return refusal.exitStatus();
     } catch (const std::exception &error) {
-        return complain(error.what(), 1);
+        common::complain(error.what());
+        return common::Refusal::failure;
     }
 }

@@ -32,6 +32,7 @@ TEST_P(Diagnosis, namesTheCause) {
     facts.declaredChannels[mac] = 2;
     facts.log.packetsMissed = 7;
     facts.log.refused[mac] = {3, 5};
+    diagnosis.examine(facts);
     EXPECT_TRUE(diagnosis.examine(facts).empty());
 
     GetParam().happens(facts);
@@ -58,6 +59,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ++facts.log.refused[mac].channelAmount;
                 },
                 "declare 8 channels where up to 2 are configured (4 so far)"},
+        Silence{"refusedWhileResultsGoOn", [](Facts &facts) { ++facts.log.refused[mac].channelAmount; },
+                "lack samples: its frames are refused, they declare 2 channels"},
         Silence{"wrongLength",
                 [](Facts &facts) {
                     silence(facts);

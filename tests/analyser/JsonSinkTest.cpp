@@ -43,17 +43,8 @@ QJsonObject writtenBy(const analyser::Analysis &analysis, const Values &values) 
 
 TEST(JsonSink, writesNumbersThatReadBackExactly) {
     using Limits = std::numeric_limits<double>;
-    const std::vector<double> numbers{0.0,
-                                      0.1,
-                                      1.0 / 3.0,
-                                      -1.0,
-                                      32767 / 32768.,
-                                      1 / 32768.,
-                                      Limits::min(),
-                                      Limits::max(),
-                                      Limits::epsilon(),
-                                      Limits::denorm_min(),
-                                      std::nextafter(1.0, 2.0)};
+    const std::vector<double> numbers{
+        0.1, -1.0, 32767 / 32768., Limits::max(), Limits::denorm_min(), 1 + Limits::epsilon()};
     const auto y = writtenBy({}, Values(numbers)).value(QStringLiteral("y")).toArray();
     ASSERT_EQ(y.size(), static_cast<int>(numbers.size()));
     for (std::size_t i = 0; i < numbers.size(); ++i) {

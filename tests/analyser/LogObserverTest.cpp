@@ -1,6 +1,9 @@
 #include "analyser/LogObserver.h"
 
+#include <array>
 #include <thread>
+
+#include <unistd.h>
 
 #include <QTemporaryFile>
 
@@ -52,6 +55,23 @@ TEST(LogObserver, countsAFrameOfWrongChannelsOnceAlsoAmongOtherThreads) {
     observe(observer, lengthLine);
     EXPECT_EQ(observer.facts().refused.at("020000000001").channelAmount, 2U);
     EXPECT_EQ(observer.facts().refused.at("020000000001").dataLength, 2U);
+}
+
+TEST(LineWriter, leavesOutAndCountsWhatAStalledReaderDoesNotTake) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    const common::FileDescriptor reader(ends[0]);
+    analyser::LineWriter writer{common::FileDescriptor(ends[1])};
+    constexpr std::size_t amount = 30'000; // more than a pipe holds
+    for (std::size_t i = 0; i < amount; ++i) {
+        writer.write("line\n");
+    }
+    std::string taken(amount * 5, ' ');
+    taken.resize(static_cast<std::size_t>(::read(ends[0], taken.data(), taken.size())));
+    writer.write("last\n");
+    std::string rest(100, ' ');
+    rest.resize(static_cast<std::size_t>(::read(ends[0], rest.data(), rest.size())));
+    EXPECT_EQ(rest, std::to_string(amount - taken.size() / 5) + " lines left out\nlast\n");
 }
 
 TEST(LogObserver, writesEveryLineToTheFileThoseBeforeItWasNamedToo) {

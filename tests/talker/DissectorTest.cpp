@@ -17,7 +17,7 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
     ASSERT_NE(dumper, nullptr) << pcap_geterr(handle);
     std::ostringstream expected;
     std::uint8_t sequence = 254;
-    for (const auto &[channels, samples] : {std::pair(1U, 1U), {2U, 6U}, {8U, 6U}, {300U, 1U}, {1023U, 32U}}) {
+    for (const auto &[channels, samples] : {std::pair(1U, 1U), {2U, 6U}, {255U, 1U}, {256U, 1U}, {1023U, 32U}}) {
         talker::AafFrame frame({2, 0, 0, 0, 0, 0x7f}, {0x91, 0xe0, 0xf0, 0, 0xfe, 0}, channels, samples);
         frame.setSequence(sequence);
         frame.setTimestamp(4294967295U - channels);

@@ -6,7 +6,7 @@
 
 #include <sndfile.h>
 
-#include "talker/Refusal.h"
+#include "common/Refusal.h"
 
 namespace talker {
 
@@ -19,7 +19,9 @@ struct CloseFile {
 } // namespace
 
 WavSignal::WavSignal(const std::string &path) {
-    const auto refuse = [&path](const std::string &reason) { throw Refusal("audio file '" + path + "': " + reason); };
+    const auto refuse = [&path](const std::string &reason) {
+        throw common::Refusal("audio file '" + path + "': " + reason);
+    };
 
     SF_INFO info = {};
     const std::unique_ptr<SNDFILE, CloseFile> file(sf_open(path.c_str(), SFM_READ, &info));

@@ -10,7 +10,7 @@ namespace talker {
 /// An audio file of 48 kHz, held in memory and played in a loop; the talker's channels take its channels in turn.
 class WavSignal : public SignalSource {
 public:
-    /// @throws Refusal for a file that cannot be read, is empty or has another sample rate
+    /// @throws common::Refusal for a file that cannot be read, is empty or has another sample rate
     explicit WavSignal(const std::string &path);
 
     std::int16_t code(std::uint64_t sample, unsigned channel) const override {

@@ -1,6 +1,6 @@
 #include "talker/signals/createSignal.h"
 
-#include "talker/parseNumber.h"
+#include "common/parseNumber.h"
 #include "talker/signals/NoiseSignal.h"
 #include "talker/signals/RampSignal.h"
 #include "talker/signals/SilenceSignal.h"
@@ -13,12 +13,12 @@ namespace talker {
 namespace {
 
 double parseHertz(const std::string &text) {
-    return parseNumber<double>(text, "frequency of a signal", 0.0, samplesPerSecond / 2.0);
+    return common::parseNumber<double>(text, "frequency of a signal", 0.0, samplesPerSecond / 2.0);
 }
 
 /// More than full scale is allowed: the signal is clipped then.
 double parseAmplitude(const std::string &text) {
-    return parseNumber<double>(text, "amplitude of a signal", 0.0, 1000.0);
+    return common::parseNumber<double>(text, "amplitude of a signal", 0.0, 1000.0);
 }
 
 } // namespace
@@ -48,8 +48,9 @@ std::unique_ptr<const SignalSource> createSignal(const std::string &text) {
     } else if (text == "silence") {
         return std::make_unique<SilenceSignal>();
     }
-    throw Refusal("signal '" + text +
-                  "' is none of sine:HZ:AMPLITUDE, square:HZ:AMPLITUDE, noise:AMPLITUDE, ramp, silence, wav:FILE");
+    throw common::Refusal(
+        "signal '" + text +
+        "' is none of sine:HZ:AMPLITUDE, square:HZ:AMPLITUDE, noise:AMPLITUDE, ramp, silence, wav:FILE");
 }
 
 } // namespace talker

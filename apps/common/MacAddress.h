@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace talker {
+namespace common {
 
 using MacAddress = std::array<std::uint8_t, 6>;
 
@@ -12,4 +12,7 @@ using MacAddress = std::array<std::uint8_t, 6>;
 /// @param what names the address in the refusal of anything else
 MacAddress parseMacAddress(const std::string &text, const std::string &what);
 
-} // namespace talker
+/// As 12 lower-case hexadecimal digits.
+std::string toString(const MacAddress &address);
+
+} // namespace common

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <charconv>
+#include <limits>
 #include <sstream>
 #include <string>
 
-#include "talker/Refusal.h"
+#include "common/Refusal.h"
 
-namespace talker {
+namespace common {
 
 /// The number that is the whole of the text, in plain notation whatever the locale.
 /// @param what names the number in the refusal of everything outside min to max
@@ -17,10 +18,11 @@ Number parseNumber(const std::string &text, const std::string &what, Number min,
     const auto result = std::from_chars(text.data(), end, value);
     if (result.ec != std::errc() || result.ptr != end || !(value >= min && value <= max)) {
         std::ostringstream refusal;
+        refusal.precision(std::numeric_limits<double>::digits10);
         refusal << what << ": '" << text << "' is no number from " << min << " to " << max;
         throw Refusal(refusal.str());
     }
     return value;
 }
 
-} // namespace talker
+} // namespace common

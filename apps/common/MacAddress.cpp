@@ -1,10 +1,10 @@
-#include "talker/MacAddress.h"
+#include "common/MacAddress.h"
 
 #include <charconv>
 
-#include "talker/Refusal.h"
+#include "common/Refusal.h"
 
-namespace talker {
+namespace common {
 
 MacAddress parseMacAddress(const std::string &text, const std::string &what) {
     MacAddress address = {};
@@ -25,4 +25,14 @@ MacAddress parseMacAddress(const std::string &text, const std::string &what) {
     return address;
 }
 
-} // namespace talker
+std::string toString(const MacAddress &address) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (const unsigned byte : address) {
+        text += digits[byte / 16];
+        text += digits[byte % 16];
+    }
+    return text;
+}
+
+} // namespace common
