@@ -1,5 +1,4 @@
-// Prints the peak of every 10 ms of a stream's first channel, for one second. Usage: minimal-host ADAPTER MAC, as in lo
-// 020000000001
+// Prints the peak of every 10 ms of a stream's first channel, for a second. Usage: minimal-host lo 020000000001
 #include <QCoreApplication>
 #include <algorithm>
 #include <iostream>

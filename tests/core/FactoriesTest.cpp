@@ -26,30 +26,29 @@ TEST(Factories, refuseForeignObjectsAndRegisterNothing) {
 }
 
 TEST(Factories, keepEmptyAndNonAsciiTextsByteForByteWithEveryOtherValue) {
+    sonvex::INetworkDeviceInfo &info = sonvex::INetworkDeviceManager::createInstance().getDeviceInfo(1);
     for (const std::string text : {"", "Bühne links", "ステージ"}) {
         const support::LogRecorder log;
-        sonvex::IBufferConfiguration &buffer = sonvex::IBufferConfiguration::createInstance(text, 4800, 480);
-        EXPECT_EQ(buffer.toString(), "[" + text + "]\n\tBuffer size: 4800\n\tClock signaling sample amount: 480");
-        sonvex::IDeviceConfiguration &device = sonvex::IDeviceConfiguration::createInstance(text, buffer, 2, 8, 6);
-        EXPECT_EQ(device.getName(), text);
-        EXPECT_EQ(device.getSampleSizeInBytes(), 2U);
-        EXPECT_EQ(device.getAmountOfChannels(), 8U);
-        EXPECT_EQ(device.getAmountOfSamplesPerChannel(), 6U);
-        sonvex::INetworkDeviceInfo &info = sonvex::INetworkDeviceManager::createInstance().getDeviceInfo(1);
-        const sonvex::IStreamConfiguration &stream =
-            sonvex::IStreamConfiguration::createInstance(text, text, info, device);
-        EXPECT_EQ(stream.getName(), text);
-        EXPECT_EQ(stream.getDeviceMacAddress(), text);
-        EXPECT_EQ(&stream.getDeviceConfiguration(), &device);
-        sonvex::iprocess::IWaveformConfig &waveform = sonvex::iprocess::IWaveformConfig::createInstance(text, 480);
+        auto &buffer = sonvex::IBufferConfiguration::createInstance(text, 4800, 480);
+        auto &device = sonvex::IDeviceConfiguration::createInstance(text, buffer, 2, 8, 6);
+        const auto &stream = sonvex::IStreamConfiguration::createInstance(text, text, info, device);
+        EXPECT_EQ(stream.toString(), "[" + text + "] Device MAC address: " + text +
+                                         " Detailed device configuration:\n[" + text +
+                                         "]\n\tDevice sample size in bytes: 2\n\tDevice amount of channels: 8\n"
+                                         "\tDevice amount of samples send per channel: 6Buffer configuration:\n[" +
+                                         text +
+                                         "]\n\tBuffer size: 4800\n\tClock signaling sample amount: 480\n Detailed "
+                                         "network device informations: \n" +
+                                         info.toString());
+        auto &waveform = sonvex::iprocess::IWaveformConfig::createInstance(text, 480);
         EXPECT_EQ(waveform.toString().find("WaveformProcessor: " + text + "\n"), 0U);
-        const sonvex::IProcessConfiguration &process =
-            sonvex::IProcessConfiguration::createInstance(text, waveform, text, 255);
-        EXPECT_EQ(process.getName(), text);
-        EXPECT_EQ(process.getDeviceMacAddress(), text);
-        EXPECT_EQ(process.getChannelNumber(), 255);
+        const auto &process = sonvex::IProcessConfiguration::createInstance(text, waveform, text, 255);
+        EXPECT_EQ(process.toString(), "ProcessConfiguration: " + text + "\nReceives stream from device: " + text +
+                                          "\nCalculates sample data from audio channel: 255");
         EXPECT_EQ(dynamic_cast<sonvex::iprocess::IWaveformConfig *>(&process.getProcessorConfig()), &waveform);
-        EXPECT_EQ(log.count("DeviceConfiguration::DeviceConfiguration \"" + text + "\" Initialized!"), 1);
+        const std::string item = " \"" + text + "\" ";
+        EXPECT_EQ(log.count("D sonvex::DeviceConfiguration::DeviceConfiguration" + item + "Initialized!"), 1);
+        EXPECT_EQ(log.count("D sonvex::ProcessConfiguration::ProcessConfiguration" + item + "Object CREATED"), 1);
     }
 }
 

@@ -1,11 +1,8 @@
-#include <thread>
-
 #include <gtest/gtest.h>
 
 #include "core/metering/MeteringDataSource.h"
 #include "core/metering/ProcessConnection.h"
 #include "support/LogRecorder.h"
-#include "support/waitFor.h"
 
 namespace {
 
@@ -21,11 +18,6 @@ auto noteNames(Lines &names) {
     return [&names](const auto &data) { names.push_back(data.getName()); };
 }
 
-void deliver(MeteringDataSource &source, const std::string &name) {
-    ChannelData data(name, VectorData({1}, {2}));
-    source.getChannelCallback()(data);
-}
-
 TEST(MeteringDataSource, createsAndDeletesItsManagerWithinItsOwnLife) {
     const support::LogRecorder log;
     { const MeteringDataSource source("src"); }
@@ -35,31 +27,18 @@ TEST(MeteringDataSource, createsAndDeletesItsManagerWithinItsOwnLife) {
                                   "D sonvex::MeteringDataSource::~MeteringDataSource \"src\" Source deleted!"}));
 }
 
-TEST(MeteringDataSource, deliversToTheFirstBoundFunctionAndDropsASecondOne) {
-    MeteringDataSource source("src");
-    Lines first;
-    Lines second;
-    const support::LogRecorder log;
-    EXPECT_TRUE(source.bindChannelCallback(noteNames(first)));
-    deliver(source, "a");
-    EXPECT_TRUE(source.bindChannelCallback(noteNames(second)));
-    deliver(source, "b");
-    EXPECT_EQ(first, (Lines{"a", "b"}));
-    EXPECT_EQ(second, Lines{});
-    EXPECT_EQ(log.lines(), Lines{});
-}
-
 TEST(MeteringDataSource, logsAndLosesResultsUntilAFunctionIsBound) {
     MeteringDataSource source("src");
     const auto delivery = source.getChannelCallback();
+    ChannelData early("early", VectorData({1}, {2}));
+    ChannelData late("late", VectorData());
     const support::LogRecorder log;
-    deliver(source, "early");
+    delivery(early);
     EXPECT_EQ(log.lines(), Lines{"D " + managerScope +
                                  "dummyCallback \"src\"  Callback not bound!\n Delivered data:  "
                                  "[early]\n[Vector (x,y)]\n\tx: 1\n\ty: 2"});
     Lines names;
     source.bindChannelCallback(noteNames(names));
-    ChannelData late("late", VectorData());
     delivery(late);
     EXPECT_EQ(names, Lines{"late"});
 }
@@ -83,8 +62,6 @@ TEST(CallbackManager, refusesNumbersOutsideItsRangeWithTwoWarnings) {
         EXPECT_EQ(log.lines(), (Lines{"W \"" + managerScope + "isCallbackNumberValid" + text,
                                       "W \"" + managerScope + "bindCallback" + text}));
     }
-    EXPECT_EQ(callbacks.toString(),
-              "Callback manager: man\n\tAvailable callback range: 1 to 1\n\tList of bound callbacks: []");
 }
 
 TEST(ProcessConnection, dropsResultsWithAWarningUntilItHasItsFunction) {
@@ -101,29 +78,6 @@ TEST(ProcessConnection, dropsResultsWithAWarningUntilItHasItsFunction) {
                                       "signalToCallbackConnector \"con\" Callback not initialized! "
                                       "Please set a valid callback",
                                   "D " + context + "setCallbackMethod \"con\" Callback initialized!"}));
-}
-
-TEST(ProcessConnection, queuesTheResultsOfAnotherThreadForItsOwnInOrderAndWithoutLoss) {
-    process::ProcessConnection connection("con", nullptr);
-    Lines received;
-    const std::thread::id here = std::this_thread::get_id();
-    connection.setCallbackMethod([&received, here](ChannelData &data) {
-        EXPECT_EQ(std::this_thread::get_id(), here);
-        received.push_back(data.getName());
-    });
-    Lines sent;
-    for (int i = 0; i < 1000; ++i) {
-        sent.push_back(std::to_string(i));
-    }
-    std::thread([&connection, &sent] {
-        for (const std::string &name : sent) {
-            QMetaObject::invokeMethod(&connection, "signalToCallbackConnector",
-                                      Q_ARG(sonvex::ChannelData, ChannelData(name, VectorData())));
-        }
-    }).join();
-    EXPECT_EQ(received, Lines{});
-    support::deliverQueued();
-    EXPECT_EQ(received, sent);
 }
 
 } // namespace

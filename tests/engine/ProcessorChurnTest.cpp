@@ -110,18 +110,11 @@ TEST(ProcessorChurn, leavesProcessorsAsTheLastChangeSaysAndLosesNoThread) {
             channel.bufferConfig.setClockSignalingSampleAmount(internal ? 0 : 48);
             channel.handle->start();
             EXPECT_TRUE(channel.delivers(amount++, 10));
-            EXPECT_TRUE(channel.handle->isProcessingActive());
         }
         engine.stop();
         for (Channel &channel : channels) {
             EXPECT_FALSE(channel.handle->isProcessingActive());
-            engine.removeProcessor(*channel.handle);
-            channel.results = 0;
             added += channel.added;
-        }
-        support::deliverQueued();
-        for (const Channel &channel : channels) {
-            EXPECT_EQ(0, channel.results);
         }
     }
     EXPECT_GT(added, 10);

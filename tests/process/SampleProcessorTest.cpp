@@ -106,19 +106,16 @@ TEST_F(SampleProcessor, setsItselfUpFromTheConfigurationAndLogsItsStop) {
         log.clear();
         support::ProcessorRun processor(new ProbeProcessor(internal ? onInternal : onExternal, buffer));
         processor.settle();
-        const Lines lines = log.lines();
-        const Lines expected{"D threading::Worker::Worker \"probe\" Initialized",
-                             line("Processor::Processor", " Processor CREATED"),
-                             line("InternalClock::InternalClock", "Clock initialized!"),
-                             line("SampleProcessorBase::sampleAmountChanged", "Processed amount of samples:  7"),
-                             rateSet(internal ? 250 : 500),
-                             notActive,
-                             internal ? internalActive(250) : externalActive};
-        ASSERT_EQ(expected.size() + 2, lines.size());
-        EXPECT_EQ(line("SampleProcessorBase::progress",
-                       "Processor active! To start the calculation please start the processor!"),
-                  lines.back());
-        EXPECT_EQ(expected, Lines(lines.begin(), lines.end() - 2));
+        Lines lines = log.lines();
+        lines.erase(lines.end() - 2); // of the worker, with its thread
+        EXPECT_EQ((Lines{"D threading::Worker::Worker \"probe\" Initialized",
+                         line("Processor::Processor", " Processor CREATED"),
+                         line("InternalClock::InternalClock", "Clock initialized!"),
+                         line("SampleProcessorBase::sampleAmountChanged", "Processed amount of samples:  7"),
+                         rateSet(internal ? 250 : 500), notActive, internal ? internalActive(250) : externalActive,
+                         line("SampleProcessorBase::progress",
+                              "Processor active! To start the calculation please start the processor!")}),
+                  lines);
 
         processor->start();
         const Lines ended = linesOf(processor, [&] { processor->stop(); });
@@ -158,7 +155,6 @@ TEST_F(SampleProcessor, switchesItsClockWhileItRuns) {
                   linesOf(processor, [&] { config.setClockType(internalClock); }));
         config.setRefreshRate(5);
         EXPECT_TRUE(waitForTick(processor));
-        EXPECT_TRUE(processor->isProcessingActive());
         EXPECT_EQ((Lines{stopped, restarted, started, externalActive, clockStopped}),
                   linesOf(processor, [&] { config.setClockType(externalClock); }));
         EXPECT_EQ(twoSignals, ticks(processor));
@@ -194,29 +190,23 @@ TEST_F(SampleProcessor, staysAsItsHostLeftItWhenAChangeIsOnItsWay) {
     process::WaveformConfig config("config", 2, 60000);
     support::ProcessorRun processor(new ProbeProcessor(config, buffer));
     const auto hasTimer = [&] { return processor->toString().find("\n\tActive: 1") != std::string::npos; };
-    int lostStops = 0;
-    int timersLeft = 0;
-    int timersLost = 0;
     for (unsigned turn = 1; turn <= 500; ++turn) {
         processor->start();
         processor.settle();
         config.setRefreshRate(60000 + turn); // restarts the processor, on its thread
         processor->stop();
         processor.settle();
-        lostStops += processor->isProcessingActive() ? 1 : 0;
-        timersLeft += !processor->isProcessingActive() && hasTimer() ? 1 : 0;
+        ASSERT_FALSE(processor->isProcessingActive()) << "the host stopped it, yet it runs";
+        ASSERT_FALSE(hasTimer()) << "it is stopped, yet its timer runs";
         processor->start();
         processor.settle();
         config.setRefreshRate(70000 + turn);
         processor->start();
         processor.settle();
-        timersLost += !processor->isProcessingActive() || !hasTimer() ? 1 : 0;
+        ASSERT_TRUE(processor->isProcessingActive() && hasTimer()) << "it runs without a timer and stays silent";
         processor->stop();
         processor.settle();
     }
-    EXPECT_EQ(0, lostStops) << "the host stopped it, yet it runs";
-    EXPECT_EQ(0, timersLeft) << "it is stopped, yet its timer runs";
-    EXPECT_EQ(0, timersLost) << "it runs without a timer and stays silent";
 }
 
 TEST_F(SampleProcessor, keepsItsClockForATextThatNamesNone) {
@@ -226,8 +216,6 @@ TEST_F(SampleProcessor, keepsItsClockForATextThatNamesNone) {
     processor.settle();
     EXPECT_EQ(Lines{}, linesOf(processor, [&] { config.setClockType("internal clock"); }));
     EXPECT_EQ(twoSignals, ticks(processor));
-    processor->stop();
-    EXPECT_EQ(Lines{started}, linesOf(processor, [&] { processor->start(); }));
 }
 
 TEST_F(SampleProcessor, hearsWhatASecondOneOfTheSameConfigurationPublishes) {
@@ -238,14 +226,13 @@ TEST_F(SampleProcessor, hearsWhatASecondOneOfTheSameConfigurationPublishes) {
     log.clear();
     support::ProcessorRun second(new ProbeProcessor(config, buffer));
     second->start();
-    first.settle();
     second.settle();
+    first.settle();
     EXPECT_EQ(Lines{restarted}, log.warnings());
     EXPECT_EQ(twoSignals, ticks(first)) << "one connection, not two";
     EXPECT_EQ(twoSignals, ticks(second));
     config.setRefreshRate(5);
     config.setClockType(internalClock);
-    EXPECT_TRUE(waitForTick(first));
     EXPECT_TRUE(waitForTick(second));
     second.end();
     EXPECT_TRUE(waitForTick(first));

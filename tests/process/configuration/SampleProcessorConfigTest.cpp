@@ -2,6 +2,7 @@
 
 #include <sonvex/exceptions.h>
 
+#include "process/configuration/DemoConfig.h"
 #include "process/configuration/SoundLevelValueConfig.h"
 #include "process/configuration/SpectrumConfig.h"
 #include "process/configuration/WaveformConfig.h"
@@ -13,7 +14,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using process::ProcessorConfigBase;
-using process::SampleProcessorConfigBase;
 using process::SoundLevelValueConfig;
 using process::SpectrumConfig;
 using process::WaveformConfig;
@@ -54,23 +54,21 @@ TEST(SampleProcessorConfigs, takeTheirClockFromTheFormOfTheirFactory) {
     expectClocksOfFactories<sonvex::iprocess::ISoundLevelValueConfig>("SoundLevelValueProcessor", 1024);
 }
 
-TEST(WaveformConfig, refusesARefreshRateOfZero) {
+TEST(WaveformConfig, announcesOnlyWhatTakesEffect) {
     WaveformConfig config("conf", 1024, 250);
     support::NoticeRecorder notices(config);
     const support::LogRecorder log;
     config.setRefreshRate(0);
-    expectState(config, "Internal clock", 250);
-    EXPECT_EQ(notices.take(), Lines{});
     EXPECT_EQ(log.lines(), Lines{"W process::SampleProcessorConfigBase::setRefreshRate Refresh rate equal to zero is "
                                  "not allowed! Refresh rate will be ignored!"});
-}
-
-TEST(WaveformConfig, announcesRateAndClockOnlyWhereTheyTakeEffect) {
-    WaveformConfig config("conf", 1024, 250);
-    support::NoticeRecorder notices(config);
+    expectState(config, "Internal clock", 250);
     config.setRefreshRate(250);
     config.setClockType("Internal clock");
+    config.setSampleAmount(1024);
     EXPECT_EQ(notices.take(), Lines{});
+    config.setSampleAmount(0);
+    EXPECT_EQ(notices.take(), Lines{"SampleAmountChanged"});
+    EXPECT_EQ(config.getSampleAmount(), 0U);
     config.setRefreshRate(100);
     EXPECT_EQ(notices.take(), Lines{"ClockRefreshRateChanged"});
     config.setClockType("External clock");
@@ -84,61 +82,29 @@ TEST(WaveformConfig, announcesRateAndClockOnlyWhereTheyTakeEffect) {
     }
 }
 
-TEST(WaveformConfig, announcesItsSampleAmountOnlyWhenItChanges) {
-    WaveformConfig config("conf", 1024);
-    support::NoticeRecorder notices(config);
-    config.setSampleAmount(1024);
-    EXPECT_EQ(notices.take(), Lines{});
-    config.setSampleAmount(0);
-    EXPECT_EQ(notices.take(), Lines{"SampleAmountChanged"});
-    EXPECT_EQ(config.getSampleAmount(), 0U);
-}
-
-TEST(WaveformConfig, publishesAmountRateAndClockInThisOrder) {
-    WaveformConfig config("conf", 1024, 250);
-    support::NoticeRecorder notices(config);
-    config.publishConfiguration();
-    EXPECT_EQ(notices.take(), (Lines{"SampleAmountChanged", "ClockRefreshRateChanged", "Internal clock"}));
-}
-
-TEST(WaveformConfig, printsTheSameFiveLinesThroughEveryFace) {
-    WaveformConfig config("conf", 1024);
-    const std::string text = "WaveformProcessor: conf\n\tProcessor type: WaveformProcessor\n\tRefresh rate: 500\n"
-                             "\tSample amount: 1024\n\tClock type: External clock";
-    EXPECT_EQ(static_cast<sonvex::iprocess::IWaveformConfig &>(config).toString(), text);
-    EXPECT_EQ(static_cast<SampleProcessorConfigBase &>(config).toString(), text);
-    EXPECT_EQ(static_cast<sonvex::DataObjectBase &>(config).toString(), text);
-}
-
-TEST(Convert, givesTheConfigurationItselfAndRefusesAnotherClassThatBearsItsTypeName) {
-    WaveformConfig waveform("conf", 1024);
-    SpectrumConfig spectrum("conf", 1024, "SpectrumProcessor");
-    SoundLevelValueConfig level("conf", 1024);
-    EXPECT_EQ(&WaveformConfig::convert(waveform), &waveform);
-    EXPECT_EQ(&SpectrumConfig::convert(spectrum), &spectrum);
-    EXPECT_EQ(&SoundLevelValueConfig::convert(level), &level);
-    SampleProcessorConfigBase impostor("conf", "WaveformProcessor", 1024);
-    EXPECT_THROW(WaveformConfig::convert(impostor), std::bad_cast);
+TEST(WaveformConfig, printsFiveLines) {
+    EXPECT_EQ(WaveformConfig("conf", 1024).toString(),
+              "WaveformProcessor: conf\n\tProcessor type: WaveformProcessor\n\tRefresh rate: 500\n"
+              "\tSample amount: 1024\n\tClock type: External clock");
 }
 
 template <class Config>
-void expectConvertRefusal(ProcessorConfigBase &&given, const std::string &text) {
+void expectConvertRefusal(ProcessorConfigBase &given, const std::string &text) {
     const support::LogRecorder log;
-    EXPECT_EQ(support::refusalOf<exceptions::InstanceNotConvertable>([&] { Config::convert(given); }).what(), text);
+    EXPECT_EQ(support::refusalOf<exceptions::InstanceNotConvertable>([&] { Config::convert(given); }).what(),
+              "Argument from processor type '" + given.getProcessorType() + text +
+                  " which is needed for the convert progress!");
     EXPECT_EQ(log.lines(), Lines{});
 }
 
 TEST(Convert, refusesOtherTypesWithTheTextOfEachKindAndNoLog) {
-    expectConvertRefusal<WaveformConfig>(SpectrumConfig("conf", 1, "SpectrumProcessor"),
-                                         "Argument from processor type 'SpectrumProcessor' doesn't matchthe processor "
-                                         "type 'WaveformProcessor' which is needed for the convert progress!");
-    expectConvertRefusal<SpectrumConfig>(WaveformConfig("conf", 1),
-                                         "Argument from processor type 'WaveformProcessor' doesn't matchthe processor "
-                                         "type 'SpectrumProcessor' which is needed for the convert progress!");
-    expectConvertRefusal<SoundLevelValueConfig>(
-        SpectrumConfig("conf", 1, "SpectrumProcessor"),
-        "Argument from processor type 'SpectrumProcessor' doesn't match the processor type "
-        "'SoundLevelValueProcessor' which is needed for the convert progress!");
+    WaveformConfig waveform("conf", 1);
+    SpectrumConfig spectrum("conf", 1, "SpectrumProcessor");
+    expectConvertRefusal<process::DemoConfig>(waveform, "' doesn't matchthe processor type 'DemoProcessor'");
+    expectConvertRefusal<WaveformConfig>(spectrum, "' doesn't matchthe processor type 'WaveformProcessor'");
+    expectConvertRefusal<SpectrumConfig>(waveform, "' doesn't matchthe processor type 'SpectrumProcessor'");
+    expectConvertRefusal<SoundLevelValueConfig>(spectrum,
+                                                "' doesn't match the processor type 'SoundLevelValueProcessor'");
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include <tuple>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -15,27 +14,20 @@ static_assert(std::is_copy_constructible_v<SoundLevelValueType> && std::is_copy_
               std::is_nothrow_move_assignable_v<SoundLevelValueType> && !std::is_polymorphic_v<SoundLevelValueType>);
 
 TEST(SoundLevelValueTypes, areSevenInTheOrderOfTheirNames) {
-    std::vector<std::tuple<std::string, std::string, std::string, int>> types;
+    std::vector<std::string> names;
     for (const auto &[key, type] : process::soundLevelValueTypes()) {
-        types.emplace_back(key, type.getName(), type.getDisplayName(), type.getIndex());
+        EXPECT_EQ(key, type.getName());
+        names.push_back(key);
     }
-    const decltype(types) expected = {{"dBA SPL fast", "dBA SPL fast", "dBA SPL f", 0},
-                                      {"dBA SPL slow", "dBA SPL slow", "dBA SPL s", 1},
-                                      {"dBC SPL fast", "dBC SPL fast", "dBC SPL f", 2},
-                                      {"dBC SPL slow", "dBC SPL slow", "dBC SPL s", 3},
-                                      {"dBFS", "dBFS", "dBFS", 6},
-                                      {"dBZ SPL fast", "dBZ SPL fast", "dBZ SPL f", 4},
-                                      {"dBZ SPL slow", "dBZ SPL slow", "dBZ SPL s", 5}};
-    EXPECT_EQ(types, expected);
+    EXPECT_EQ(names, (std::vector<std::string>{"dBA SPL fast", "dBA SPL slow", "dBC SPL fast", "dBC SPL slow", "dBFS",
+                                               "dBZ SPL fast", "dBZ SPL slow"}));
 }
 
 TEST(SoundLevelValueType, namesNothingUntilItIsToldWhat) {
-    SoundLevelValueType type;
+    const SoundLevelValueType type;
     EXPECT_EQ(type.getName(), "N/A");
     EXPECT_EQ(type.getDisplayName(), "N/A");
     EXPECT_EQ(type.getIndex(), -1);
-    type = process::soundLevelValueTypes().at("dBFS");
-    EXPECT_EQ(type.getIndex(), 6);
 }
 
 TEST(SoundLevelValueConfig, printsTheValuesOfItsResultsBehindTheCommonLines) {
