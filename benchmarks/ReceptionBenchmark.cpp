@@ -25,7 +25,7 @@ constexpr unsigned signalAmount = 480;
 struct Stream {
     Stream(unsigned channels, unsigned samples)
         : buffer("buffer", bufferSize, signalAmount), device("device", &buffer, 2, channels, samples) {
-        const talker::MacAddress source{0x02, 0, 0, 0, 0, 0x01};
+        const common::MacAddress source{0x02, 0, 0, 0, 0, 0x01};
         for (unsigned sequence = 0; sequence < frames.size(); ++sequence) {
             frames[sequence] = std::make_unique<talker::AafFrame>(source, source, channels, samples);
             frames[sequence]->setSequence(static_cast<std::uint8_t>(sequence));
