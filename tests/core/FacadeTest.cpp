@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <QMetaType>
 
 #include <gtest/gtest.h>
@@ -81,7 +83,14 @@ TEST(Sonvex, deletesItsSourcesBeforeItsProcessors) {
     const support::LogRecorder log;
     host.reset();
     Lines lines = log.lines();
-    lines.resize(4);
+    // The threads that end meanwhile have their own say.
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const std::string &line) {
+                                   return line.find("Sonvex::~") == std::string::npos &&
+                                          line.find("::~CallbackManager") == std::string::npos &&
+                                          line.find("Source::~") == std::string::npos;
+                               }),
+                lines.end());
     EXPECT_EQ(lines, (Lines{"D Sonvex::~Sonvex Destructor called!",
                             "D manager::CallbackManager<class sonvex::ChannelData>::~CallbackManager \"proc\"  Manager "
                             "deleted!",

@@ -198,11 +198,14 @@ TEST(StreamingEngine, endsItsReceiversInOrder) {
     Stream stream("020000000007", support::adapter("lo"));
     auto engine = std::make_unique<StreamingEngine>();
     engine->addRemoteStreamReceiver(stream.stream);
+    const auto listens = [&](int times) { return waitFor([&] { return log.count("PCAP listener active") == times; }); };
     engine->getNetworkDeviceHandle("lo")->start();
+    ASSERT_TRUE(listens(1)); // a loop that has not begun is withdrawn without a word
     engine->stop();
     engine->stop();
     EXPECT_EQ(log.count("W pcapplus::PcapPacketSniffer::stop"), 0);
     engine->getNetworkDeviceHandle("lo")->start(); // may follow a stop at once
+    ASSERT_TRUE(listens(2));
     engine.reset();
     std::vector<std::string> order;
     for (const std::string &line : log.lines()) {
