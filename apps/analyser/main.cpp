@@ -1,6 +1,3 @@
-#include <csignal>
-#include <exception>
-
 #include <QCoreApplication>
 
 #include "analyser/DeviceList.h"
@@ -8,8 +5,8 @@
 #include "analyser/Monitor.h"
 #include "analyser/Output.h"
 #include "common/Refusal.h"
-#include "common/complain.h"
 #include "common/fillStandardDescriptors.h"
+#include "common/runProgram.h"
 
 namespace {
 
@@ -43,15 +40,6 @@ int execute(const analyser::Command &command) {
 } // namespace
 
 int main(int argc, char *argv[]) {
-    std::signal(SIGPIPE, SIG_IGN); // a broken pipe shows when it is written to
     const QCoreApplication application(argc, argv);
-    try {
-        return execute(analyser::parseCommandLine(QCoreApplication::arguments()));
-    } catch (const common::Refusal &refusal) {
-        common::complain(refusal.what());
-        return refusal.exitStatus();
-    } catch (const std::exception &error) {
-        common::complain(error.what());
-        return common::Refusal::failure;
-    }
+    return common::runProgram([] { return execute(analyser::parseCommandLine(QCoreApplication::arguments())); });
 }

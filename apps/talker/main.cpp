@@ -9,6 +9,7 @@
 #include "common/Refusal.h"
 #include "common/complain.h"
 #include "common/fillStandardDescriptors.h"
+#include "common/runProgram.h"
 #include "talker/RawSocket.h"
 #include "talker/Talker.h"
 #include "talker/TalkerOptions.h"
@@ -67,15 +68,6 @@ int execute(const talker::Command &command) {
 
 int main(int argc, char *argv[]) {
     common::fillStandardDescriptors();
-    std::signal(SIGPIPE, SIG_IGN); // a broken pipe shows when it is written to
     const QCoreApplication application(argc, argv);
-    try {
-        return execute(talker::parseCommandLine(QCoreApplication::arguments()));
-    } catch (const common::Refusal &refusal) {
-        common::complain(refusal.what());
-        return refusal.exitStatus();
-    } catch (const std::exception &error) {
-        common::complain(error.what());
-        return common::Refusal::failure;
-    }
+    return common::runProgram([] { return execute(talker::parseCommandLine(QCoreApplication::arguments())); });
 }
