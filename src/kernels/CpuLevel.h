@@ -1,0 +1,37 @@
+#pragma once
+
+/**
+ * @file
+ * Other levels than the one that the CPU deserves, for tests and benchmarks.
+ */
+namespace kernels {
+
+constexpr int cpuLevels = 5;
+
+/// "plain", "ssse3", "sse42", "avx" or "avx2".
+const char *cpuLevelName(int level);
+
+/// The highest level that this CPU can run, 0 to 4. Levels that are not built run as the highest one below them.
+int highestCpuLevel();
+
+/// The level that the code was compiled for which a kernel call runs now: asked of that code itself.
+int runningCpuLevel();
+
+/**
+ * Makes all kernels of the process run at a level for its life. Not while another thread is inside a kernel, and not
+ * with a spec that was made at another level.
+ */
+class ForcedCpuLevel {
+public:
+    /// @param level 0 to 4, or -1 to let the next call choose; it is not compared with what this CPU can run
+    explicit ForcedCpuLevel(int level);
+    ~ForcedCpuLevel();
+
+    ForcedCpuLevel(const ForcedCpuLevel &) = delete;
+    ForcedCpuLevel &operator=(const ForcedCpuLevel &) = delete;
+
+private:
+    int previous;
+};
+
+} // namespace kernels

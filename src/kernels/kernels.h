@@ -1,0 +1,11 @@
+#pragma once
+
+/**
+ * @file
+ * All signal kernels.
+ */
+
+#include "kernels/Dispatch.h"
+#include "kernels/FilterAndVector.h"
+#include "kernels/FourierTransform.h"
+#include "kernels/Status.h"

@@ -1,0 +1,328 @@
+// What a spec holds: the method of an order, and the tables that its passes read.
+#include <limits.h>
+#include <math.h>
+#include <stddef.h>
+#include <stdint.h>
+
+#include "kernels/levels/FourierLanes.h"
+#include "kernels/levels/FourierSpec.h"
+#include "kernels/levels/FourierSteps.h"
+#include "kernels/levels/Level.h"
+
+namespace kernels::KERNEL_LEVEL {
+namespace {
+
+constexpr int highestOrder = 29;
+constexpr int firstOrderWithInitBuffer = 11;
+constexpr int highestFlatOrder = 14; // above, a pass over the whole leaves the second-level cache
+constexpr size_t alignment = 64;
+constexpr double pi = 3.14159265358979323846;
+
+/// e^(-2 pi i turns / whole), 0 <= turns < whole: exact on the axes, symmetric, and accurate for any amount of turns.
+Complex<float> rootOfUnity(long long turns, long long whole) {
+    const long long eighths = 8 * turns / whole;
+    const long long rest = 8 * turns - eighths * whole; // behind the octant's begin, in 1/8 of a step
+    const bool falling = (eighths & 1) != 0;
+    const double angle = 2 * pi * static_cast<double>(falling ? whole - rest : rest) / (8 * static_cast<double>(whole));
+    const double c = cos(angle);
+    const double s = sin(angle);
+    const double along = falling ? s : c; // seen from the begin of the quadrant
+    const double across = falling ? c : s;
+    switch (eighths / 2) {
+    case 0:
+        return {static_cast<float>(along), static_cast<float>(-across)};
+    case 1:
+        return {static_cast<float>(-across), static_cast<float>(-along)};
+    case 2:
+        return {static_cast<float>(-along), static_cast<float>(across)};
+    default:
+        return {static_cast<float>(across), static_cast<float>(along)};
+    }
+}
+
+/// Hands out the floats of a spec's tables. Without memory it only counts them.
+class Tables {
+public:
+    explicit Tables(float *memory) : memory(memory) {}
+
+    /// The next values of a table, which the caller fills if writing().
+    float *take(long floats) {
+        float *const here = writing() ? memory + used : nullptr;
+        used += (static_cast<size_t>(floats) + 15) / 16 * 16;
+        return here;
+    }
+
+    bool writing() const { return memory != nullptr; }
+    size_t floats() const { return used; }
+
+private:
+    float *memory;
+    size_t used = 0;
+};
+
+void putPair(float *&to, Complex<float> value) {
+    *to++ = value.re;
+    *to++ = value.im;
+}
+
+/// One block of factors, scaled: e^(-2 pi i turns(lane) / whole), where turns = (start + lane) * step.
+template <class V>
+void putBlockOfRoots(float *&to, long long start, long long step, long long whole, float scale) {
+    constexpr int L = Lanes<V>::amount;
+    for (int lane = 0; lane < L; ++lane) {
+        const Complex<float> root = rootOfUnity((start + Lanes<V>::order[lane]) * step % whole, whole);
+        to[lane] = scale * root.re;
+        to[lane + L] = scale * root.im;
+    }
+    to += 2 * L;
+}
+
+/// Radices 8 and 4 whose product is 2^bits (bits not 1), the eights first.
+void compose(FourierChain &chain, int bits) {
+    const int fours = (3 - bits % 3) % 3;
+    for (int left = bits; left > 0; left -= left > 2 * fours ? 3 : 2) {
+        chain.radix[chain.passes++] = left > 2 * fours ? 8 : 4;
+    }
+}
+
+/// The factors of a chain's passes, from the given pass on but for the last.
+void addFactors(Tables &tables, FourierChain &chain, int first, int rest) {
+    for (int pass = first; pass < chain.passes - 1; ++pass) {
+        const int radix = chain.radix[pass];
+        const int m = rest / radix;
+        float *to = tables.take(2 * m * (radix - 1));
+        chain.factors[pass] = to;
+        for (int p = 0; tables.writing() && p < m; ++p) {
+            for (long long k = 1; k < radix; ++k) {
+                putPair(to, rootOfUnity(p * k % rest, rest));
+            }
+        }
+        rest = m;
+    }
+}
+
+/// The factors of a first pass over interleaved values.
+template <class V>
+const float *addFirstFactors(Tables &tables, int length, int radix) {
+    const int m = length / radix;
+    float *to = tables.take(2 * m * (radix - 1));
+    const float *const begin = to;
+    for (int p = 0; tables.writing() && p < m; p += Lanes<V>::amount) {
+        for (int k = 1; k < radix; ++k) {
+            putBlockOfRoots<V>(to, p, k, length, 1);
+        }
+    }
+    return begin;
+}
+
+/// h e^(-pi i k / M) for the left half of the blocks, all rows of a block together, then for the column in the middle.
+template <class V>
+const float *addRecombination(Tables &tables, int length, int radix, float h) {
+    constexpr int L = Lanes<V>::amount;
+    const int s = length / radix;
+    const bool oneBlock = s == L;
+    const int rows = oneBlock ? radix / 2 : radix;
+    float *to = tables.take(length + 2 * L + 2 * radix);
+    const float *const begin = to;
+    if (tables.writing()) {
+        for (int q = 0; q < (oneBlock ? L : s / 2); q += L) {
+            for (int row = 0; row < rows; ++row) {
+                putBlockOfRoots<V>(to, q + s * row, 1, 2LL * length, h);
+            }
+        }
+        for (int row = 0; !oneBlock && row < radix; ++row) {
+            const Complex<float> root = rootOfUnity(s / 2 + s * row, 2LL * length);
+            putPair(to, {h * root.re, h * root.im});
+        }
+    }
+    return begin;
+}
+
+void planScalar(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
+    float *to = tables.take(length + 2);
+    spec.recombination = to;
+    for (int k = 0; tables.writing() && k <= length / 2; ++k) {
+        const Complex<float> root = rootOfUnity(k, 2LL * length);
+        putPair(to, {spec.half * root.re, spec.half * root.im});
+    }
+}
+
+template <class V>
+void planSmall(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
+    const int last = smallLastRadix(spec.order);
+    spec.chain.factors[0] = addFirstFactors<V>(tables, length, length / last);
+    spec.recombination = addRecombination<V>(tables, length, last, spec.half);
+}
+
+void planFlat(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
+    const int bits = spec.order - 1 - 2;
+    spec.chain.length = length;
+    spec.chain.radix[spec.chain.passes++] = bits == 4 ? 4 : 8;
+    compose(spec.chain, bits == 4 ? 2 : bits - 3);
+    spec.chain.radix[spec.chain.passes++] = 4;
+    const int first = spec.chain.radix[0];
+    spec.chain.factors[0] = addFirstFactors<Floats>(tables, length, first);
+    addFactors(tables, spec.chain, 1, length / first);
+    spec.recombination = addRecombination<Floats>(tables, length, 4, spec.half);
+    spec.bufferSize = static_cast<int>(2 * 2 * sizeof(float)) * length;
+}
+
+void planBlocked(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
+    constexpr int L = floatLanes;
+    const int bits = floorOfLog2(length);
+    spec.chain.length = 1 << bits / 2;
+    compose(spec.chain, bits / 2);
+    spec.rows.length = length / spec.chain.length;
+    compose(spec.rows, bits - bits / 2 - 2);
+    spec.rows.radix[spec.rows.passes++] = 4;
+    addFactors(tables, spec.chain, 0, spec.chain.length);
+    addFactors(tables, spec.rows, 0, spec.rows.length);
+
+    const int R = spec.chain.length;
+    const int C = spec.rows.length;
+    float *coarse = tables.take(2L * R * (C / L));
+    float *fine = tables.take(2L * L * R);
+    float *lane = tables.take(2L * R);
+    float *row = tables.take(2L * C);
+    spec.coarseTurn = coarse;
+    spec.fineTurn = fine;
+    spec.laneFactors = lane;
+    spec.rowFactors = row;
+    if (tables.writing()) {
+        for (long long c = 0; c < C; c += L) {
+            for (int r = 0; r < R; ++r) {
+                putPair(coarse, rootOfUnity(c * r % length, length));
+            }
+        }
+        for (int r = 0; r < R; ++r) {
+            putBlockOfRoots<Floats>(fine, 0, r, length, 1);
+        }
+        for (int r = 0; r < R; r += L) {
+            putBlockOfRoots<Floats>(lane, r, 1, 2LL * length, spec.half);
+        }
+        for (int b = 0; b < C / 4; ++b) {
+            for (int k = 0; k < 4; ++k) {
+                putPair(row, rootOfUnity(b + C / 4 * k, 2LL * C));
+            }
+        }
+    }
+    spec.bufferSize = static_cast<int>(sizeof(float)) * (2 * length + scratchOfBlocks(R, C));
+}
+
+void planHalved(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
+    planBlocked(spec, tables, length / 2);
+    const int fineBits = floorOfLog2(length) / 2;
+    const long fines = 1L << fineBits;
+    const long samples = 2L * length;
+    const long coarses = samples / 8 / fines + 1;
+    float *fine = tables.take(2 * fines);
+    float *coarse = tables.take(2 * coarses);
+    spec.halvedFine = fine;
+    spec.halvedCoarse = coarse;
+    for (long k = 0; tables.writing() && k < fines; ++k) {
+        putPair(fine, rootOfUnity(k, samples));
+    }
+    for (long k = 0; tables.writing() && k < coarses; ++k) {
+        putPair(coarse, rootOfUnity(k * fines, samples));
+    }
+}
+
+/// Fills a spec whose order and scale are set. Returns the floats of its tables.
+size_t plan(IppsFFTSpec_R_32f &spec, float *memory) {
+    Tables tables(memory);
+    const int length = spec.order == 0 ? 1 : 1 << (spec.order - 1); // order 0 uses no table
+    spec.method = methodOf(spec.order, highestFlatOrder);
+    switch (spec.method) {
+    case FourierMethod::Scalar:
+        planScalar(spec, tables, length);
+        break;
+    case FourierMethod::Small:
+        if (spec.order < 7) {
+            planSmall<Quads>(spec, tables, length);
+        } else {
+            planSmall<Floats>(spec, tables, length);
+        }
+        break;
+    case FourierMethod::Flat:
+        planFlat(spec, tables, length);
+        break;
+    case FourierMethod::Blocked:
+        planBlocked(spec, tables, length);
+        break;
+    case FourierMethod::Halved:
+        planHalved(spec, tables, length);
+        break;
+    }
+    if (spec.bufferSize > 0) {
+        spec.bufferSize += static_cast<int>(alignment);
+    }
+    return tables.floats();
+}
+
+bool isFlag(int flag) {
+    return flag == IPP_FFT_DIV_FWD_BY_N || flag == IPP_FFT_DIV_INV_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ||
+           flag == IPP_FFT_NODIV_BY_ANY;
+}
+
+constexpr size_t specBytes = (sizeof(IppsFFTSpec_R_32f) + alignment - 1) / alignment * alignment;
+
+} // namespace
+
+IppStatus ippsFFTGetSize_R_32f(int order, int flag, int /*hint*/, int *pSpecSize, int *pSpecBufferSize,
+                               int *pBufferSize) {
+    if (order < 0 || order > highestOrder) {
+        return ippStsFftOrderErr;
+    }
+    if (pSpecSize == nullptr || pSpecBufferSize == nullptr || pBufferSize == nullptr) {
+        return ippStsNullPtrErr;
+    }
+    if (!isFlag(flag)) {
+        return ippStsFftFlagErr;
+    }
+    IppsFFTSpec_R_32f spec{};
+    spec.order = order;
+    *pSpecSize = static_cast<int>(specBytes + alignment + sizeof(float) * plan(spec, nullptr));
+    // The tables need no scratch; but a caller that allocates what it is told must have a pointer to give.
+    *pSpecBufferSize = order < firstOrderWithInitBuffer ? 0 : static_cast<int>(alignment);
+    *pBufferSize = spec.bufferSize;
+    return ippStsNoErr;
+}
+
+IppStatus ippsFFTInit_R_32f(IppsFFTSpec_R_32f **ppSpec, int order, int flag, int hint, Ipp8u *pSpec,
+                            Ipp8u *pSpecBuffer) {
+    if (ppSpec == nullptr || pSpec == nullptr) {
+        return ippStsNullPtrErr;
+    }
+    if (order < 0 || order > highestOrder) {
+        return ippStsFftOrderErr;
+    }
+    if (!isFlag(flag)) {
+        return ippStsFftFlagErr;
+    }
+    if (order >= firstOrderWithInitBuffer && pSpecBuffer == nullptr) {
+        return ippStsNullPtrErr;
+    }
+    const uintptr_t address = reinterpret_cast<uintptr_t>(pSpec);
+    Ipp8u *const aligned = pSpec + ((alignment - address % alignment) % alignment);
+    auto *const spec = reinterpret_cast<IppsFFTSpec_R_32f *>(aligned);
+    *spec = IppsFFTSpec_R_32f{};
+    spec->id = fourierSpecId;
+    spec->order = order;
+    spec->hint = hint;
+    spec->lanes = floatLanes;
+    spec->scaleFactor = 1;
+    const double samples = static_cast<double>(1LL << order);
+    if (flag == IPP_FFT_DIV_BY_SQRTN) {
+        spec->scaleFactor = static_cast<float>(1.0 / sqrt(samples));
+    } else if (flag != IPP_FFT_NODIV_BY_ANY) {
+        spec->scaleFactor = 1.0F / static_cast<float>(samples);
+    }
+    spec->scaleForward = flag == IPP_FFT_DIV_FWD_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ? 1 : 0;
+    spec->scaleInverse = flag == IPP_FFT_DIV_INV_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ? 1 : 0;
+    spec->half = spec->scaleForward != 0 ? 0.5F * spec->scaleFactor : 0.5F;
+    plan(*spec, reinterpret_cast<float *>(aligned + specBytes));
+    *ppSpec = spec;
+    return ippStsNoErr;
+}
+
+} // namespace kernels::KERNEL_LEVEL

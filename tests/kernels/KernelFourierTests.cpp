@@ -1,0 +1,358 @@
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "KernelMemory.h"
+#include "Levels.h"
+#include "ReferenceTransform.h"
+
+namespace {
+
+using support::Bins;
+using support::Guarded;
+using Samples = std::vector<float>;
+
+/// The highest order tried; emulators are given a lower one.
+int highestOrder() {
+    const char *const order = std::getenv("SONVEX_TEST_MAX_ORDER");
+    return order == nullptr ? 20 : std::atoi(order);
+}
+
+struct Sizes {
+    int spec = -1;
+    int specBuffer = -1;
+    int buffer = -1;
+};
+
+/// A spec and a work buffer of exactly the sizes that were asked for.
+class Transform {
+public:
+    explicit Transform(int order, int flag = IPP_FFT_DIV_FWD_BY_N, std::size_t misalignment = 0)
+        : order(order), sizes(sizesOf(order, flag)), memory(static_cast<std::size_t>(sizes.spec), misalignment),
+          buffer(static_cast<std::size_t>(sizes.buffer), misalignment) {
+        Guarded<Ipp8u> specBuffer(static_cast<std::size_t>(sizes.specBuffer));
+        Ipp8u *const scratch = sizes.specBuffer > 0 ? specBuffer.get() : nullptr;
+        EXPECT_EQ(ippsFFTInit_R_32f(&spec, order, flag, ippAlgHintNone, memory.get(), scratch), ippStsNoErr);
+        EXPECT_TRUE(specBuffer.isIntact());
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(spec) % 64, 0U);
+    }
+
+    static Sizes sizesOf(int order, int flag) {
+        Sizes sizes;
+        EXPECT_EQ(ippsFFTGetSize_R_32f(order, flag, ippAlgHintFast, &sizes.spec, &sizes.specBuffer, &sizes.buffer),
+                  ippStsNoErr);
+        return sizes;
+    }
+
+    std::size_t length() const { return std::size_t{1} << order; }
+
+    /// A single sample has but one bin.
+    std::size_t floats() const { return order == 0 ? 2 : length() + 2; }
+
+    int run(const float *samples, float *bins) {
+        return ippsFFTFwd_RToCCS_32f(samples, bins, spec, sizes.buffer > 0 ? buffer.get() : nullptr);
+    }
+
+    /// The packed spectrum, with everything around it checked.
+    Samples operator()(const Samples &samples, std::size_t misalignment = 0) {
+        Guarded<float> from(length(), misalignment);
+        Guarded<float> to(floats(), misalignment);
+        from.fill(samples);
+        const std::vector<Ipp8u> before = memory.values();
+        EXPECT_EQ(run(from.get(), to.get()), ippStsNoErr);
+        EXPECT_EQ(from.values(), samples);
+        EXPECT_TRUE(memory.values() == before) << "the transform wrote into its spec";
+        EXPECT_TRUE(from.isIntact() && to.isIntact() && memory.isIntact() && buffer.isIntact()) << "order " << order;
+        EXPECT_EQ(to[1], 0.0F);
+        EXPECT_EQ(to[floats() - 1], 0.0F);
+        return to.values();
+    }
+
+    const IppsFFTSpec_R_32f *get() const { return spec; }
+
+    int order;
+    Sizes sizes;
+
+private:
+    Guarded<Ipp8u> memory;
+    Guarded<Ipp8u> buffer;
+    IppsFFTSpec_R_32f *spec = nullptr;
+};
+
+Samples noise(std::size_t length) {
+    std::mt19937 random(static_cast<unsigned>(length));
+    std::uniform_real_distribution<float> range(-1, 1);
+    Samples samples(length);
+    for (float &sample : samples) {
+        sample = range(random);
+    }
+    return samples;
+}
+
+std::complex<double> bin(const Samples &packed, std::size_t k) {
+    return {packed[2 * k], packed[2 * k + 1]};
+}
+
+/// Root mean square of the error, relative to that of the reference, and its largest value.
+struct Error {
+    Error(const Samples &packed, const Bins &reference) {
+        double power = 0;
+        double errors = 0;
+        for (std::size_t k = 0; k < reference.size(); ++k) {
+            const double error = std::norm(bin(packed, k) - reference[k]);
+            errors += error;
+            power += std::norm(reference[k]);
+            largest = std::max(largest, error);
+        }
+        rms = std::sqrt(errors / power);
+        largest = std::sqrt(largest / power * static_cast<double>(reference.size()));
+    }
+
+    double rms;
+    double largest = 0;
+};
+
+/// The spectrum of noise, made once for all levels.
+const Bins &noiseBins(int order) {
+    static std::map<int, Bins> all;
+    Bins &bins = all[order];
+    if (bins.empty()) {
+        bins = support::transformByHalving(noise(std::size_t{1} << order));
+    }
+    return bins;
+}
+
+class FourierTransform : public support::AtLevel {};
+SONVEX_AT_ALL_LEVELS(FourierTransform);
+
+TEST(ReferenceTransform, IsTheSumThatDefinesTheTransform) {
+    for (const std::size_t length : {1U, 2U, 8U, 64U}) {
+        const Bins defined = support::transformByDefinition(noise(length));
+        const Bins halved = support::transformByHalving(noise(length));
+        ASSERT_EQ(halved.size(), defined.size());
+        for (std::size_t k = 0; k < defined.size(); ++k) {
+            EXPECT_LT(std::abs(halved[k] - defined[k]), 1e-14 * static_cast<double>(length));
+        }
+    }
+}
+
+TEST_P(FourierTransform, HasSinglePrecisionForNoiseOfEveryOrder) {
+    for (int order = 1; order <= highestOrder(); ++order) {
+        Transform transform(order, IPP_FFT_NODIV_BY_ANY);
+        const Error error(transform(noise(transform.length())), noiseBins(order));
+        const double bound = order <= 10 ? 1.4e-7 : order <= 14 ? 1.5e-7 : 2e-7;
+        EXPECT_LT(error.rms, bound) << "order " << order;
+        EXPECT_LT(error.largest, 6 * bound) << "order " << order;
+    }
+}
+
+TEST_P(FourierTransform, TurnsAnImpulseAtAnyPositionIntoARotation) {
+    for (int order = 0; order <= highestOrder(); ++order) {
+        Transform transform(order);
+        const std::size_t length = transform.length();
+        const std::size_t step = order <= 7 ? 1 : order <= 12 ? length / 5 + 3 : length / 2 + 3;
+        for (std::size_t position = 0; position < length; position += step) {
+            Samples samples(length);
+            samples[position] = static_cast<float>(length);
+            const Samples packed = transform(samples);
+            for (std::size_t k = 0; k <= length / 2; ++k) {
+                const auto expected = support::rootOfUnity(position * k, length);
+                ASSERT_LT(std::abs(bin(packed, k) - expected), 5e-7)
+                    << "order " << order << ", position " << position << ", bin " << k;
+                if (position == 0) {
+                    ASSERT_EQ(bin(packed, k), 1.0) << "order " << order << ", bin " << k;
+                }
+            }
+        }
+    }
+}
+
+TEST_P(FourierTransform, TurnsAConstantIntoBinZeroAlone) {
+    for (int order = 0; order <= highestOrder(); ++order) {
+        Transform transform(order);
+        Samples expected(transform.floats());
+        expected[0] = 1;
+        EXPECT_TRUE(transform(Samples(transform.length(), 1.0F)) == expected) << "order " << order;
+    }
+}
+
+TEST_P(FourierTransform, PutsAToneIntoItsBin) {
+    for (int order = 3; order <= highestOrder(); ++order) {
+        Transform transform(order);
+        const std::size_t length = transform.length();
+        for (const std::size_t tone : {std::size_t{1}, length / 4, length / 2 - 1}) {
+            const double phase = 0.3;
+            Samples samples(length);
+            for (std::size_t n = 0; n < length; ++n) {
+                samples[n] = static_cast<float>(
+                    (std::conj(support::rootOfUnity(tone * n, length)) * std::polar(1.0, phase)).imag());
+            }
+            const Samples packed = transform(samples);
+            for (std::size_t k = 0; k <= length / 2; ++k) {
+                if (k == tone) {
+                    EXPECT_NEAR(std::abs(bin(packed, k)), 0.5, 2e-7) << "order " << order;
+                    EXPECT_NEAR(std::arg(bin(packed, k)), phase - std::acos(0.0), 1e-6) << "order " << order;
+                } else {
+                    ASSERT_LT(std::abs(bin(packed, k)), 3e-7)
+                        << "order " << order << ", tone " << tone << ", bin " << k;
+                }
+            }
+        }
+    }
+}
+
+TEST_P(FourierTransform, ScalesByItsFlag) {
+    for (const int order : {0, 1, 4, 5, 7, 9, 12, 15}) {
+        const double length = std::exp2(order);
+        const std::pair<int, double> scales[] = {{IPP_FFT_DIV_FWD_BY_N, 1 / length},
+                                                 {IPP_FFT_DIV_INV_BY_N, 1},
+                                                 {IPP_FFT_DIV_BY_SQRTN, 1 / std::sqrt(length)},
+                                                 {IPP_FFT_NODIV_BY_ANY, 1}};
+        for (const auto &[flag, scale] : scales) {
+            Transform transform(order, flag);
+            Bins expected = noiseBins(order);
+            for (auto &value : expected) {
+                value *= scale;
+            }
+            EXPECT_LT(Error(transform(noise(transform.length())), expected).rms, 1.8e-7)
+                << "order " << order << ", flag " << flag;
+        }
+    }
+}
+
+TEST_P(FourierTransform, GivesTheSameBitsInPlaceAndAtAnyAlignment) {
+    for (int order = 0; order <= std::min(18, highestOrder()); ++order) {
+        Transform transform(order);
+        const Samples samples = noise(transform.length());
+        const Samples expected = transform(samples);
+        for (const std::size_t misalignment : {4U, 8U, 20U, 60U}) {
+            Transform shifted(order, IPP_FFT_DIV_FWD_BY_N, misalignment);
+            EXPECT_TRUE(shifted(samples, misalignment) == expected) << "order " << order;
+        }
+        for (const std::size_t misalignment : {0U, 12U}) {
+            Guarded<float> both(transform.floats(), misalignment);
+            both.fill(samples);
+            EXPECT_EQ(transform.run(both.get(), both.get()), ippStsNoErr);
+            EXPECT_TRUE(both.values() == expected) << "order " << order << " in place";
+            EXPECT_TRUE(both.isIntact());
+        }
+    }
+}
+
+/// In place and with a reference that needs no memory, so that it can be tried up to the highest order of all.
+TEST_P(FourierTransform, AddsUpTheRotationsOfThreeImpulsesInPlace) {
+    for (const int order : {8, 15, highestOrder()}) {
+        Transform transform(order, IPP_FFT_NODIV_BY_ANY);
+        const std::size_t length = transform.length();
+        const std::pair<std::size_t, float> impulses[] = {{1, 0.5F}, {length / 3, 2.0F}, {length - 2, -1.0F}};
+        Samples both(length + 2);
+        for (const auto &[position, height] : impulses) {
+            both[position] = height;
+        }
+        ASSERT_EQ(transform.run(both.data(), both.data()), ippStsNoErr);
+        for (std::size_t k = 0; k <= length / 2; ++k) {
+            std::complex<double> expected;
+            for (const auto &[position, height] : impulses) {
+                const double turns = static_cast<double>(position * k % length) / static_cast<double>(length);
+                expected += std::polar(static_cast<double>(height), -4 * std::acos(0.0) * turns);
+            }
+            ASSERT_LT(std::abs(bin(both, k) - expected), 2e-6) << "order " << order << ", bin " << k;
+        }
+    }
+}
+
+TEST_P(FourierTransform, ServesTwoThreadsWithABufferEach) {
+    for (const int order : {11, 15}) {
+        Transform transform(order);
+        const Samples samples = noise(transform.length());
+        const Samples expected = transform(samples);
+        const auto work = [&](int &differences) {
+            Guarded<Ipp8u> buffer(static_cast<std::size_t>(transform.sizes.buffer));
+            Samples packed(transform.length() + 2);
+            for (int round = 0; round < 20; ++round) {
+                ippsFFTFwd_RToCCS_32f(samples.data(), packed.data(), transform.get(), buffer.get());
+                differences += packed == expected ? 0 : 1;
+            }
+        };
+        int differences[2] = {};
+        std::thread other(work, std::ref(differences[0]));
+        work(differences[1]);
+        other.join();
+        EXPECT_EQ(differences[0] + differences[1], 0);
+    }
+}
+
+TEST_P(FourierTransform, RefusesSizeQueriesInTheOrderOfTheirFaults) {
+    struct Case {
+        int order;
+        int flag;
+        bool hasPointers;
+        int status;
+    };
+    for (const Case &query :
+         {Case{-1, 0, false, ippStsFftOrderErr}, Case{30, 1, true, ippStsFftOrderErr},
+          Case{31, 1, true, ippStsFftOrderErr}, Case{5, 0, false, ippStsNullPtrErr}, Case{5, 0, true, ippStsFftFlagErr},
+          Case{5, 3, true, ippStsFftFlagErr}, Case{5, 16, true, ippStsFftFlagErr}}) {
+        for (int missing = 0; missing < 3; ++missing) {
+            Sizes sizes;
+            int *pointers[] = {&sizes.spec, &sizes.specBuffer, &sizes.buffer};
+            if (!query.hasPointers) {
+                pointers[missing] = nullptr;
+            }
+            EXPECT_EQ(ippsFFTGetSize_R_32f(query.order, query.flag, 0, pointers[0], pointers[1], pointers[2]),
+                      query.status);
+            EXPECT_TRUE(sizes.spec == -1 && sizes.specBuffer == -1 && sizes.buffer == -1);
+        }
+    }
+    const Sizes largest = Transform::sizesOf(29, IPP_FFT_DIV_FWD_BY_N);
+    EXPECT_TRUE(largest.spec > 0 && largest.specBuffer > 0 && largest.buffer > 0);
+}
+
+TEST_P(FourierTransform, RefusesSpecsInTheOrderOfTheirFaults) {
+    struct Case {
+        int order;
+        int flag;
+        bool hasResult;
+        bool hasMemory;
+        bool hasBuffer;
+        int status;
+    };
+    for (const Case &init :
+         {Case{-1, 0, false, true, true, ippStsNullPtrErr}, Case{30, 0, true, false, true, ippStsNullPtrErr},
+          Case{-1, 0, true, true, true, ippStsFftOrderErr}, Case{30, 1, true, true, true, ippStsFftOrderErr},
+          Case{12, 0, true, true, false, ippStsFftFlagErr}, Case{12, 3, true, true, true, ippStsFftFlagErr},
+          Case{11, 1, true, true, false, ippStsNullPtrErr}}) {
+        Guarded<Ipp8u> memory(1 << 16);
+        Guarded<Ipp8u> buffer(1 << 16);
+        IppsFFTSpec_R_32f *spec = nullptr;
+        EXPECT_EQ(ippsFFTInit_R_32f(init.hasResult ? &spec : nullptr, init.order, init.flag, 0,
+                                    init.hasMemory ? memory.get() : nullptr, init.hasBuffer ? buffer.get() : nullptr),
+                  init.status);
+        EXPECT_TRUE(spec == nullptr && memory.isUntouched() && buffer.isUntouched());
+    }
+    IppsFFTSpec_R_32f *spec = nullptr;
+    Guarded<Ipp8u> memory(static_cast<std::size_t>(Transform::sizesOf(10, 1).spec));
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, 10, 1, 0, memory.get(), nullptr), ippStsNoErr);
+}
+
+TEST_P(FourierTransform, RefusesTransformsInTheOrderOfTheirFaultsAndWritesNothing) {
+    Transform transform(9);
+    Guarded<Ipp8u> noSpec(4096);
+    Guarded<float> bins(514);
+    Guarded<Ipp8u> buffer(static_cast<std::size_t>(transform.sizes.buffer));
+    const Samples samples(512, 1.0F);
+    const auto *const wrong = reinterpret_cast<const IppsFFTSpec_R_32f *>(noSpec.get());
+    EXPECT_EQ(ippsFFTFwd_RToCCS_32f(nullptr, nullptr, nullptr, nullptr), ippStsNullPtrErr);
+    EXPECT_EQ(ippsFFTFwd_RToCCS_32f(nullptr, nullptr, wrong, nullptr), ippStsContextMatchErr);
+    EXPECT_EQ(ippsFFTFwd_RToCCS_32f(samples.data(), bins.get(), wrong, buffer.get()), ippStsContextMatchErr);
+    EXPECT_EQ(ippsFFTFwd_RToCCS_32f(nullptr, bins.get(), transform.get(), buffer.get()), ippStsNullPtrErr);
+    EXPECT_EQ(ippsFFTFwd_RToCCS_32f(samples.data(), nullptr, transform.get(), buffer.get()), ippStsNullPtrErr);
+    EXPECT_EQ(ippsFFTFwd_RToCCS_32f(samples.data(), bins.get(), transform.get(), nullptr), ippStsNullPtrErr);
+    EXPECT_TRUE(bins.isUntouched() && buffer.isUntouched());
+}
+
+} // namespace
