@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -11,10 +12,25 @@ double median(std::vector<double> values) {
     return values.empty() ? 0.0 : values[values.size() / 2];
 }
 
+/// The names of a map by place.
+std::vector<std::string> inOrder(const std::map<std::string, std::int64_t> &places) {
+    std::vector<std::string> names;
+    for (const auto &place : places) {
+        names.push_back(place.first);
+    }
+    std::sort(names.begin(), names.end(),
+              [&](const std::string &a, const std::string &b) { return places.at(a) < places.at(b); });
+    return names;
+}
+
+void note(std::map<std::string, std::int64_t> &places, const std::string &name, std::int64_t place) {
+    const auto entry = places.emplace(name, place).first;
+    entry->second = std::min(entry->second, place);
+}
+
 } // namespace
 
-RatioReporter::RatioReporter(std::string candidate, std::string reference)
-    : candidate(std::move(candidate)), reference(std::move(reference)) {}
+RatioReporter::RatioReporter(std::set<std::string> peers) : peers(std::move(peers)) {}
 
 bool RatioReporter::ReportContext(const Context &context) {
     PrintBasicContext(&GetErrorStream(), context);
@@ -27,19 +43,73 @@ void RatioReporter::ReportRuns(const std::vector<Run> &runs) {
             continue;
         }
         const std::string &name = run.run_name.function_name;
-        const std::string group = name.substr(name.find('/') + 1);
-        if (std::find(cases.begin(), cases.end(), group) == cases.end()) {
-            cases.push_back(group);
+        const std::size_t first = name.find('/');
+        const std::size_t second = name.find('/', first + 1);
+        const std::string series = name.substr(first + 1, second - first - 1);
+        Table &table = tables[name.substr(0, first)];
+        if (peers.count(series) != 0) {
+            table.peer = series;
+        } else {
+            note(table.series, series, run.family_index);
         }
-        times[name].push_back(run.GetAdjustedCPUTime());
+        note(table.cases, name.substr(second + 1), run.family_index);
+        Sample &sample = table.samples[name.substr(first + 1)];
+        sample.times.push_back(run.GetAdjustedCPUTime());
+        const auto bytes = run.counters.find("bytes_per_second");
+        if (bytes != run.counters.end()) {
+            sample.bytes = bytes->second.value * run.cpu_accumulated_time / static_cast<double>(run.iterations);
+        }
+    }
+}
+
+void RatioReporter::print(const std::string &name, const Table &table) {
+    const bool isSpeed = table.samples.begin()->second.bytes > 0;
+    const auto shown = [isSpeed](double time, double bytes) { return isSpeed && time > 0 ? bytes / time : time; };
+    const std::string unit = isSpeed ? " GB/s" : " ns";
+    std::printf("\n%s\n%-16s %14s", name.c_str(), "case", (table.peer + unit).c_str());
+    for (const std::string &series : inOrder(table.series)) {
+        std::printf(" %17s %6s", (series + unit).c_str(), "ratio");
+    }
+    std::printf("\n");
+    for (const std::string &row : inOrder(table.cases)) {
+        const auto sampleOf = [&](const std::string &series) {
+            const auto found = table.samples.find(series + "/" + row);
+            return found == table.samples.end() ? Sample{} : found->second;
+        };
+        const Sample peer = sampleOf(table.peer);
+        const double slow = median(peer.times);
+        std::printf("%-16s %14.1f", row.c_str(), shown(slow, peer.bytes));
+        for (const std::string &series : inOrder(table.series)) {
+            const Sample sample = sampleOf(series);
+            const double time = median(sample.times);
+            std::printf(" %17.1f %6.3f", shown(time, sample.bytes), slow > 0 ? time / slow : 0.0);
+        }
+        std::printf("\n");
     }
 }
 
 void RatioReporter::Finalize() {
-    std::printf("%-10s %14s %14s %8s\n", "case", (candidate + " ns").c_str(), (reference + " ns").c_str(), "ratio");
-    for (const std::string &group : cases) {
-        const double fast = median(times[candidate + "/" + group]);
-        const double slow = median(times[reference + "/" + group]);
-        std::printf("%-10s %14.1f %14.1f %8.3f\n", group.c_str(), fast, slow, slow > 0 ? fast / slow : 0.0);
+    for (const auto &[name, table] : tables) {
+        print(name, table);
     }
+}
+
+int runRatioBenchmarks(int argc, char **argv, std::set<std::string> peers) {
+    std::vector<std::string> words(argv, argv + argc);
+    for (const char *preset :
+         {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9", "--benchmark_min_time=0.05"}) {
+        words.insert(words.begin() + 1, preset); // those of the command line come behind and win
+    }
+    std::vector<char *> arguments;
+    for (std::string &word : words) {
+        arguments.push_back(word.data());
+    }
+    int amount = static_cast<int>(arguments.size());
+    benchmark::Initialize(&amount, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(amount, arguments.data())) {
+        return EXIT_FAILURE;
+    }
+    RatioReporter reporter(std::move(peers));
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return EXIT_SUCCESS;
 }

@@ -90,26 +90,10 @@ void receiveSamples(benchmark::State &state, unsigned channels, unsigned samples
 
 int main(int argc, char **argv) {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    std::vector<std::string> words(argv, argv + argc);
-    for (const char *preset :
-         {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9", "--benchmark_min_time=0.1"}) {
-        words.insert(words.begin() + 1, preset); // those of the command line come behind and win
-    }
-    std::vector<char *> arguments;
-    for (std::string &word : words) {
-        arguments.push_back(word.data());
-    }
-    int amount = static_cast<int>(arguments.size());
-    benchmark::Initialize(&amount, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(amount, arguments.data())) {
-        return EXIT_FAILURE;
-    }
     for (const auto &[channels, samples] : {std::pair{2U, 6U}, {8U, 6U}, {8U, 48U}, {60U, 6U}}) {
         const std::string name = std::to_string(channels) + "x" + std::to_string(samples);
-        benchmark::RegisterBenchmark(("receivePacket/" + name).c_str(), receiveFrames, channels, samples);
-        benchmark::RegisterBenchmark(("writeSample/" + name).c_str(), receiveSamples, channels, samples);
+        benchmark::RegisterBenchmark(("reception/receivePacket/" + name).c_str(), receiveFrames, channels, samples);
+        benchmark::RegisterBenchmark(("reception/writeSample/" + name).c_str(), receiveSamples, channels, samples);
     }
-    RatioReporter reporter("receivePacket", "writeSample");
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    return EXIT_SUCCESS;
+    return runRatioBenchmarks(argc, argv, {"writeSample"});
 }
