@@ -16,18 +16,22 @@ void measure(benchmark::State &state, const std::function<void()> &run, std::siz
 
 } // namespace
 
+void registerAtLevel(const std::string &table, const std::string &series, int level, const std::string &row,
+                     const std::function<std::function<void()>()> &make, std::size_t bytes) {
+    auto run = std::make_shared<std::function<void()>>();
+    benchmark::RegisterBenchmark((table + "/" + series + "/" + row).c_str(), [=](benchmark::State &state) {
+        const kernels::ForcedCpuLevel forced(level);
+        if (!*run) {
+            *run = make();
+        }
+        measure(state, *run, bytes);
+    });
+}
+
 void registerAtAllLevels(const std::string &table, const std::string &row,
                          const std::function<std::function<void()>()> &make, std::size_t bytes) {
     for (int level = kernels::highestCpuLevel(); level >= 0; --level) {
-        auto run = std::make_shared<std::function<void()>>();
-        const std::string name = table + "/" + kernels::cpuLevelName(level) + "/" + row;
-        benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State &state) {
-            const kernels::ForcedCpuLevel forced(level);
-            if (!*run) {
-                *run = make();
-            }
-            measure(state, *run, bytes);
-        });
+        registerAtLevel(table, kernels::cpuLevelName(level), level, row, make, bytes);
     }
 }
 

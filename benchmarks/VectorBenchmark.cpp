@@ -6,7 +6,6 @@
 
 #include "KernelLevels.h"
 #include "RatioReporter.h"
-#include "kernels/CpuLevel.h"
 
 /// The level's own function, without the dispatch.
 namespace kernels::plain {
@@ -75,15 +74,10 @@ int main(int argc, char **argv) {
                 "vectors", row, [=] { return [=] { operation.run(*buffers); }; }, traffic);
         }
     }
-    float *const value = allocateKernelMemory<float>(1).release();
+    const auto memory = allocateKernelMemory<float>(1);
+    float *const value = memory.get();
     registerPeer("dispatch", "direct", "set, 1 value", [value] { kernels::plain::ippsSet_32f(1, value, 1); });
-    benchmark::RegisterBenchmark("dispatch/dispatched/set, 1 value", [value](benchmark::State &state) {
-        const kernels::ForcedCpuLevel forced(0);
-        const std::function<void()> run = [value] { ippsSet_32f(1, value, 1); };
-        for (auto _ : state) {
-            run();
-            benchmark::ClobberMemory();
-        }
-    });
+    registerAtLevel("dispatch", "dispatched", 0, "set, 1 value",
+                    [value] { return [value] { ippsSet_32f(1, value, 1); }; });
     return runRatioBenchmarks(argc, argv, {"memcpy", "direct"});
 }

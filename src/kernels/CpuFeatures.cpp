@@ -15,7 +15,7 @@ constexpr Ipp64u avx512Set =
     ippCPUID_AVX512F | ippCPUID_AVX512CD | ippCPUID_AVX512BW | ippCPUID_AVX512DQ | ippCPUID_AVX512VL;
 constexpr Ipp64u avx512ManyCoreSet = ippCPUID_AVX512F | ippCPUID_AVX512CD | ippCPUID_AVX512ER | ippCPUID_AVX512PF;
 constexpr Ipp64u avx512Bits = avx512Set | avx512ManyCoreSet;
-constexpr Ipp64u knownBits = 0x7FFFFFF & ~Ipp64u{0x1000};
+constexpr Ipp64u knownBits = 0x7FFFFFF;
 constexpr Ipp64u upToAvx = 0x1DF;
 
 struct LevelRow {

@@ -2,8 +2,14 @@
 
 /**
  * @file
- * Other levels than the one that the CPU deserves, for tests and benchmarks.
+ * Other levels than the one that was chosen for this CPU, for tests and benchmarks.
  */
+
+extern "C" {
+/// The level that the code was compiled for which runs now; dispatched like a kernel.
+int sonvexKernelLevel();
+}
+
 namespace kernels {
 
 constexpr int cpuLevels = 5;
@@ -16,6 +22,9 @@ int highestCpuLevel();
 
 /// The level that the code was compiled for which a kernel call runs now: asked of that code itself.
 int runningCpuLevel();
+
+/// The mask of the last level decision, with all the features that its level needs; 0 before the first one.
+unsigned long long selectedCpuFeatures();
 
 /**
  * Makes all kernels of the process run at a level for its life. Not while another thread is inside a kernel, and not

@@ -150,7 +150,7 @@ void storeLevel(int level) {
 }
 
 Ipp64u detectedFeatures = 0; // 0 before the first detection
-Ipp64u selectedFeatures = 0; // those of the level that was chosen
+Ipp64u selectedFeatures = 0; // the mask of the last decision, with all that its level needs
 
 constexpr IppLibraryVersion libraryVersion = {
     2021, 6, 0, static_cast<int>(0xBFFE3C5BU), {'c', 'o', 'r', 'e'}, "ippCore", "2021.6 (r0xbffe3c5b)", "Mar  8 2022"};
@@ -169,6 +169,10 @@ int highestCpuLevel() {
         selectCpuLevel(mask, &level);
     }
     return std::min(level, highestBuiltLevel);
+}
+
+unsigned long long selectedCpuFeatures() {
+    return __atomic_load_n(&selectedFeatures, __ATOMIC_RELAXED);
 }
 
 int runningCpuLevel() {
@@ -211,14 +215,15 @@ IppStatus ippInit(void) {
 }
 
 IppStatus ippGetCpuFeatures(Ipp64u *pFeaturesMask, Ipp32u *pCpuidInfoRegs) {
+    Ipp64u mask = __atomic_load_n(&kernels::detectedFeatures, __ATOMIC_RELAXED);
     kernels::CpuidRegisters registers{};
-    if (!kernels::readCpuid(registers)) {
+    const bool isKnown = mask != 0 && pCpuidInfoRegs == nullptr; // each CPUID costs a trap in a virtual machine
+    if (!isKnown && !kernels::readCpuid(registers)) {
         return ippStsNotSupportedCpu;
     }
     if (pFeaturesMask == nullptr) {
         return ippStsNullPtrErr;
     }
-    Ipp64u mask = __atomic_load_n(&kernels::detectedFeatures, __ATOMIC_RELAXED);
     if (mask == 0) {
         mask = kernels::featuresOf(registers);
         __atomic_store_n(&kernels::detectedFeatures, mask, __ATOMIC_RELAXED);
@@ -233,6 +238,9 @@ IppStatus ippGetCpuFeatures(Ipp64u *pFeaturesMask, Ipp32u *pCpuidInfoRegs) {
 }
 
 IppStatus selectCpuLevel(Ipp64u mask, int *pIndex) {
+    if (pIndex == nullptr) {
+        return ippStsNullPtrErr;
+    }
     Ipp64u available = 0;
     if ((mask & ippCPUID_NOCHECK) == 0) {
         ippGetCpuFeatures(&available, nullptr);

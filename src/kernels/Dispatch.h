@@ -63,7 +63,8 @@ extern int cpuLevelIndex;
 /**
  * Chooses the level from what the CPU reports. The kernels do so themselves.
  *
- * @return ippStsNonIntelCpu on CPUs of other vendors, whose features count just the same; else that of selectCpuLevel
+ * @return ippStsNotSupportedCpu on a CPU without CPUID, which runs at level 0; ippStsNonIntelCpu on CPUs of other
+ *         vendors, whose features count just the same; else that of selectCpuLevel
  */
 IppStatus ippInit(void);
 
@@ -81,9 +82,9 @@ IppStatus ippGetCpuFeatures(Ipp64u *pFeaturesMask, Ipp32u *pCpuidInfoRegs);
  *
  * @param mask features, with the top bit set if they are not to be compared with those of this CPU
  * @param pIndex receives the level, whatever the status
- * @return ippStsFeatureNotSupported or ippStsUnknownFeature for a mask that asks for more than the CPU has or than is
- *         known, ippStsNotSupportedCpu for one without any feature that counts, ippStsFeaturesCombination for one that
- *         lacks features which its level needs, else ippStsNoErr
+ * @return ippStsNullPtrErr for a null pIndex, ippStsFeatureNotSupported or ippStsUnknownFeature for a mask that asks
+ * for more than the CPU has or than is known, ippStsNotSupportedCpu for one without any feature that counts,
+ * ippStsFeaturesCombination for one that lacks features which its level needs, else ippStsNoErr
  */
 IppStatus selectCpuLevel(Ipp64u mask, int *pIndex);
 

@@ -4,8 +4,8 @@
 
 /**
  * @file
- * Vector operations, the Hann window, and a cascade of second-order filter sections in double precision. Pointers may
- * have any alignment; a multiple of 64 is the fast one.
+ * Vector operations, the Hann window, and a cascade of second-order filter sections in double precision. Any
+ * multiple of an element's size will do as an address; a multiple of 64 is the fast one.
  */
 
 #ifdef __cplusplus
@@ -25,8 +25,8 @@ IppStatus ippsSqr_64f(const Ipp64f *pSrc, Ipp64f *pDst, int len);
 IppStatus ippsPowerSpectr_32fc(const Ipp32fc *pSrc, Ipp32f *pDst, int len);
 
 /**
- * Multiplies pSrcDst by the symmetric Hann window 0.5 - 0.5 cos(2 pi n / (len - 1)): exactly 0 at both ends, exactly 1
- * in the middle of an odd length.
+ * Multiplies pSrcDst by the symmetric Hann window 0.5 - 0.5 cos(2 pi n / (len - 1)): both ends become 0,
+ * whatever they were, and the middle of an odd length stays as it is.
  *
  * @return ippStsNullPtrErr, ippStsSizeErr for a len below 3, else ippStsNoErr
  */
@@ -35,7 +35,8 @@ IppStatus ippsWinHann_32f_I(Ipp32f *pSrcDst, int len);
 /// State of a cascade, inside the caller's memory.
 typedef struct IppsIIRState_64f IppsIIRState_64f;
 
-/// Tells how many bytes the state of numBq sections needs. ippStsNullPtrErr, ippStsIIROrderErr for numBq of 0 or less.
+/// Tells how many bytes the state of numBq sections needs. ippStsNullPtrErr, ippStsIIROrderErr for numBq of 0 or less
+/// and for so many sections that an int cannot tell their size.
 IppStatus ippsIIRGetStateSize_BiQuad_64f(int numBq, int *pBufferSize);
 
 /**
@@ -56,7 +57,7 @@ IppStatus ippsIIRInit_BiQuad_64f(IppsIIRState_64f **ppState, const Ipp64f *pTaps
  *
  *     y = B0 x + d0;  d0 = B1 x - A1 y + d1;  d1 = B2 x - A2 y
  *
- * A state serves one thread at a time.
+ * A state serves one thread at a time. Between calls, delay values below 1e-290 become 0.
  *
  * @param pDst may be pSrc
  * @return ippStsNullPtrErr for any null pointer, ippStsSizeErr for a len of 0 or less, ippStsContextMatchErr for memory

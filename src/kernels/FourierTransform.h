@@ -55,7 +55,9 @@ IppStatus ippsFFTInit_R_32f(IppsFFTSpec_R_32f **ppSpec, int order, int flag, int
 /**
  * Transforms N samples into N / 2 + 1 complex bins: X[k] = scale * sum over n of x[n] e^(-2 pi i k n / N).
  *
- * @param pSrc    N floats, of any alignment
+ * On the way values reach twice the sum of all samples' magnitudes; what exceeds a float there is lost.
+ *
+ * @param pSrc    N floats, at any multiple of 4
  * @param pDst    N + 2 floats: R0, 0, R1, I1, ..., R(N/2), 0 where both zeros are exact; may be pSrc
  * @param pBuffer work buffer as the size query asks for, of any alignment; may be null if it asks for 0 bytes
  * @return ippStsNullPtrErr for a null pSpec, ippStsContextMatchErr for memory that holds no spec, ippStsNullPtrErr for

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kernels/CpuLevel.h"
 #include "kernels/Dispatch.h"
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
@@ -43,8 +44,3 @@
     X(IppStatus, ippsIIR_64f, (const Ipp64f *pSrc, Ipp64f *pDst, int len, IppsIIRState_64f *pState),                   \
       (pSrc, pDst, len, pState))                                                                                       \
     X(int, sonvexKernelLevel, (), ())
-
-extern "C" {
-/// The level that the code was compiled for which runs now.
-int sonvexKernelLevel();
-}

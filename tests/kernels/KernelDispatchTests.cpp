@@ -105,8 +105,10 @@ TEST(Dispatch, RunsThisCpuAtWhatTheCompilerKnowsOfIt) {
     EXPECT_EQ(mask, kernels::featuresOf(cpu));
     EXPECT_TRUE(leaf1[0] == cpu.leaf1.eax && leaf1[2] == cpu.leaf1.ecx && leaf1[3] == cpu.leaf1.edx);
     EXPECT_EQ(ippGetCpuFeatures(&mask, nullptr), kernels::readCpuid(cpu) ? ippStsNoErr : ippStsNotSupportedCpu);
-    EXPECT_EQ(selectCpuLevel(ippCPUID_NOCHECK | 0xDF, &expected), ippStsNoErr);
+    EXPECT_EQ(selectCpuLevel(ippCPUID_NOCHECK | 0xDF, nullptr), ippStsNullPtrErr);
+    EXPECT_EQ(selectCpuLevel(ippCPUID_NOCHECK | ippCPUID_SSE42, &expected), ippStsFeaturesCombination);
     EXPECT_EQ(expected, 2);
+    EXPECT_EQ(kernels::selectedCpuFeatures(), 0xDFU) << "the mask with all that the level needs";
 }
 
 TEST(CpuFeatures, ComeFromTheirBits) {

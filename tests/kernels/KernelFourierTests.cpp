@@ -1,10 +1,12 @@
 #include <cmath>
+#include <complex>
 #include <cstdlib>
 #include <limits>
 #include <map>
 #include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "KernelMemory.h"
 #include "Levels.h"

@@ -1,15 +1,24 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <vector>
 
 #include "kernels/kernels.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/asan_interface.h>
+#else
+#define ASAN_POISON_MEMORY_REGION(address, size) static_cast<void>(0)
+#define ASAN_UNPOISON_MEMORY_REGION(address, size) static_cast<void>(0)
+#endif
+
 namespace support {
 
-/// Room for some values at a chosen distance from a 64-byte boundary, between guards that show any write beside it.
+/// Room for some values at a chosen distance from a 64-byte boundary, between guards that show any write beside it; in
+/// a build with AddressSanitizer any read too.
 template <class Element>
 class Guarded {
 public:
@@ -18,7 +27,14 @@ public:
           memory(guard * 2 + misalignment + length * sizeof(Element) + 64),
           base((64 - reinterpret_cast<std::uintptr_t>(memory.data()) % 64) % 64) {
         std::memset(memory.data(), pattern, memory.size());
+        ASAN_POISON_MEMORY_REGION(memory.data(), begin());
+        ASAN_POISON_MEMORY_REGION(memory.data() + end(), memory.size() - end());
     }
+
+    ~Guarded() { ASAN_UNPOISON_MEMORY_REGION(memory.data(), memory.size()); }
+
+    Guarded(const Guarded &) = delete;
+    Guarded &operator=(const Guarded &) = delete;
 
     Element *get() { return reinterpret_cast<Element *>(memory.data() + base + offset); }
     Element &operator[](std::size_t index) { return get()[index]; }
@@ -31,28 +47,29 @@ public:
     std::vector<Element> values() { return std::vector<Element>(get(), get() + length); }
 
     /// True as long as nothing beside the values was written.
-    bool isIntact() const {
-        const std::size_t begin = base + offset;
-        const std::size_t end = begin + length * sizeof(Element);
-        for (std::size_t position = 0; position < memory.size(); ++position) {
-            if ((position < begin || position >= end) && memory[position] != pattern) {
-                return false;
-            }
-        }
-        return true;
-    }
+    bool isIntact() const { return isPattern(0, begin()) && isPattern(end(), memory.size()); }
 
     /// True as long as the values themselves were not written either.
-    bool isUntouched() const {
-        for (const unsigned char byte : memory) {
-            if (byte != pattern) {
+    bool isUntouched() const { return isPattern(0, memory.size()); }
+
+private:
+    std::size_t begin() const { return base + offset; }
+    std::size_t end() const { return begin() + length * sizeof(Element); }
+
+#if defined(__SANITIZE_ADDRESS__)
+    __attribute__((no_sanitize_address))
+#endif
+    bool
+    isPattern(std::size_t from, std::size_t to) const {
+        const unsigned char *const bytes = memory.data();
+        for (std::size_t position = from; position < to; ++position) {
+            if (bytes[position] != pattern) {
                 return false;
             }
         }
         return true;
     }
 
-private:
     static constexpr std::size_t guard = 128;
     static constexpr unsigned char pattern = 0xA5;
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <vector>
 
 #include "KernelMemory.h"
 #include "Levels.h"

@@ -1,8 +1,8 @@
 // A cascade of second-order sections: its state, and the choice between value by value and stretches.
 #include <limits.h>
 #include <stddef.h>
-#include <stdint.h>
 
+#include "kernels/levels/Alignment.h"
 #include "kernels/levels/BiquadStretches.h"
 #include "kernels/levels/Level.h"
 
@@ -160,10 +160,9 @@ IppStatus ippsIIRInit_BiQuad_64f(IppsIIRState_64f **ppState, const Ipp64f *pTaps
             return ippStsDivByZeroErr;
         }
     }
-    const uintptr_t address = reinterpret_cast<uintptr_t>(pBuf);
-    Ipp8u *const aligned = pBuf + (alignment - address % alignment) % alignment;
+    Ipp8u *const aligned = alignUp(pBuf, alignment);
     auto *const state = reinterpret_cast<IppsIIRState_64f *>(aligned);
-    constexpr size_t headerBytes = (sizeof(IppsIIRState_64f) + alignment - 1) / alignment * alignment;
+    constexpr size_t headerBytes = alignUp(sizeof(IppsIIRState_64f), alignment);
     static_assert(headerBytes + alignment <= 896, "the state's size leaves room for no more");
     const long n = numBq;
     state->id = stateId;

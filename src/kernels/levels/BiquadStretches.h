@@ -10,6 +10,10 @@
  * The filter is linear: the true start of a stretch is the true end of the one before it, which is the end that was
  * computed from silence plus the transition matrix times the true start; and what a start adds to the output is the
  * sum of the responses to each delay value alone. Both are known from the taps.
+ *
+ * What is passed on from stretch to stretch is not d0 and d1 of a section but d0 + d1 and d1 (d0 - d1 for poles in the
+ * upper half of the spectrum). With poles near 0 Hz both are large, their sum is small and grows over thousands of
+ * values into the output: as a difference of two long responses it would have lost its digits.
  */
 
 namespace kernels::KERNEL_LEVEL {
@@ -53,6 +57,11 @@ SONVEX_INLINE Doubles runSection(const SectionTaps &taps, Doubles x, Doubles &d0
     return y;
 }
 
+/// The weight of d1 in what is passed on for d0.
+SONVEX_INLINE double weightOfSecond(const double *vectorTaps, int section) {
+    return tapsOf(vectorTaps, section).minusA1[0] > 0 ? 1 : -1;
+}
+
 template <int G>
 SONVEX_INLINE Doubles runGroup(const double *vectorTaps, Doubles x, Doubles (&delays)[2 * G]) {
     for (int section = 0; section < G; ++section) {
@@ -61,17 +70,24 @@ SONVEX_INLINE Doubles runGroup(const double *vectorTaps, Doubles x, Doubles (&de
     return x;
 }
 
-/// Lets each delay value alone, set to 1, ring for some steps: visit(step, delay value, output) for each.
+/// Lets each start value alone, set to 1, ring for some steps: visit(step, start value, output) for each.
 template <int G, class Visit>
 void ring(const double *vectorTaps, long steps, double *end, Visit visit) {
     constexpr int vectors = (2 * G + doubleLanes - 1) / doubleLanes;
     for (int vector = 0; vector < vectors; ++vector) {
-        Doubles delays[2 * G] = {};
+        double starts[2 * G][doubleLanes] = {};
         for (int lane = 0; lane < doubleLanes; ++lane) {
             const int one = vector * doubleLanes + lane;
             if (one < 2 * G) {
-                delays[one][lane] = 1;
+                starts[one][lane] = 1;
+                if (one % 2 == 1) { // the sum with d0 has to be 0
+                    starts[one - 1][lane] = -weightOfSecond(vectorTaps, one / 2);
+                }
             }
+        }
+        Doubles delays[2 * G];
+        for (int delay = 0; delay < 2 * G; ++delay) {
+            delays[delay] = load(starts[delay]);
         }
         for (long step = 0; step < steps; ++step) {
             const Doubles y = runGroup<G>(vectorTaps, Doubles{}, delays);
@@ -80,8 +96,11 @@ void ring(const double *vectorTaps, long steps, double *end, Visit visit) {
             }
         }
         for (int lane = 0; lane < doubleLanes && vector * doubleLanes + lane < 2 * G; ++lane) {
-            for (int delay = 0; delay < 2 * G; ++delay) {
-                end[2 * G * (vector * doubleLanes + lane) + delay] = delays[delay][lane];
+            double *const column = end + 2 * G * (vector * doubleLanes + lane);
+            for (int section = 0; section < G; ++section) {
+                const double second = delays[2 * section + 1][lane];
+                column[2 * section] = delays[2 * section][lane] + weightOfSecond(vectorTaps, section) * second;
+                column[2 * section + 1] = second;
             }
         }
     }
@@ -121,7 +140,7 @@ void runStretches(const double *vectorTaps, const double *src, double *dst, long
     }
     for (; n < length; ++n) {
         for (int vector = 0; vector < V; ++vector) {
-            Doubles x;
+            Doubles x{};
             for (int lane = 0; lane < N; ++lane) {
                 x[lane] = src[(vector * N + lane) * length + n];
             }
@@ -185,6 +204,13 @@ template <int G>
 void filterBlock(const SectionGroup &group, const double *src, double *dst, long length, double *delayLine) {
     double ends[2 * G][stretches];
     runStretches<G>(group.vectorTaps, src, dst, length, delayLine, ends);
+    double weights[G];
+    for (int section = 0; section < G; ++section) {
+        weights[section] = weightOfSecond(group.vectorTaps, section);
+        for (int stretch = 0; stretch < stretches; ++stretch) {
+            ends[2 * section][stretch] += weights[section] * ends[2 * section + 1][stretch];
+        }
+    }
     double starts[stretches + 1][2 * G];
     for (int delay = 0; delay < 2 * G; ++delay) {
         starts[1][delay] = ends[delay][0];
@@ -210,8 +236,10 @@ void filterBlock(const SectionGroup &group, const double *src, double *dst, long
     for (; stretch < stretches; ++stretch) {
         addResponses<G, 1>(group, dst + stretch * length, length, starts + stretch);
     }
-    for (int delay = 0; delay < 2 * G; ++delay) {
-        delayLine[delay] = starts[stretches][delay];
+    for (int section = 0; section < G; ++section) {
+        const double second = starts[stretches][2 * section + 1];
+        delayLine[2 * section] = starts[stretches][2 * section] - weights[section] * second;
+        delayLine[2 * section + 1] = second;
     }
 }
 

@@ -135,7 +135,9 @@ void middlePass(const float *src, float *dst, int m, int s, const float *factors
         for (const float *const end = src + row * m; in[0] != end; in += 2 * L) {
             middleButterfly<V, R, HasFactors>(in, OutputRows(dst, 2 * L), factors);
             dst += 2 * L * R;
-            factors += 2 * (R - 1);
+            if constexpr (HasFactors) {
+                factors += 2 * (R - 1);
+            }
         }
         return;
     }
@@ -145,7 +147,9 @@ void middlePass(const float *src, float *dst, int m, int s, const float *factors
             middleButterfly<V, R, HasFactors>(in, out, factors);
             out += 2 * L;
         }
-        factors += 2 * (R - 1);
+        if constexpr (HasFactors) {
+            factors += 2 * (R - 1);
+        }
         out += row * (R - 1);
     }
 }

@@ -1,9 +1,8 @@
 // What a spec holds: the method of an order, and the tables that its passes read.
-#include <limits.h>
 #include <math.h>
 #include <stddef.h>
-#include <stdint.h>
 
+#include "kernels/levels/Alignment.h"
 #include "kernels/levels/FourierLanes.h"
 #include "kernels/levels/FourierSpec.h"
 #include "kernels/levels/FourierSteps.h"
@@ -48,7 +47,7 @@ public:
     /// The next values of a table, which the caller fills if writing().
     float *take(long floats) {
         float *const here = writing() ? memory + used : nullptr;
-        used += (static_cast<size_t>(floats) + 15) / 16 * 16;
+        used += alignUp(static_cast<size_t>(floats), alignment / sizeof(float));
         return here;
     }
 
@@ -264,7 +263,7 @@ bool isFlag(int flag) {
            flag == IPP_FFT_NODIV_BY_ANY;
 }
 
-constexpr size_t specBytes = (sizeof(IppsFFTSpec_R_32f) + alignment - 1) / alignment * alignment;
+constexpr size_t specBytes = alignUp(sizeof(IppsFFTSpec_R_32f), alignment);
 
 } // namespace
 
@@ -302,8 +301,7 @@ IppStatus ippsFFTInit_R_32f(IppsFFTSpec_R_32f **ppSpec, int order, int flag, int
     if (order >= firstOrderWithInitBuffer && pSpecBuffer == nullptr) {
         return ippStsNullPtrErr;
     }
-    const uintptr_t address = reinterpret_cast<uintptr_t>(pSpec);
-    Ipp8u *const aligned = pSpec + ((alignment - address % alignment) % alignment);
+    Ipp8u *const aligned = alignUp(pSpec, alignment);
     auto *const spec = reinterpret_cast<IppsFFTSpec_R_32f *>(aligned);
     *spec = IppsFFTSpec_R_32f{};
     spec->id = fourierSpecId;

@@ -1,6 +1,5 @@
 // The forward transform of real samples, by the method that its spec names.
-#include <stdint.h>
-
+#include "kernels/levels/Alignment.h"
 #include "kernels/levels/FourierBlocks.h"
 #include "kernels/levels/FourierPasses.h"
 #include "kernels/levels/FourierSpec.h"
@@ -258,8 +257,7 @@ IppStatus ippsFFTFwd_RToCCS_32f(const Ipp32f *pSrc, Ipp32f *pDst, const IppsFFTS
     if (pSrc == nullptr || pDst == nullptr || (pBuffer == nullptr && pSpec->bufferSize > 0)) {
         return ippStsNullPtrErr;
     }
-    const uintptr_t misalignment = reinterpret_cast<uintptr_t>(pBuffer) % 64;
-    float *const work = reinterpret_cast<float *>(pBuffer + (64 - misalignment) % 64);
+    float *const work = reinterpret_cast<float *>(alignUp(pBuffer, 64));
     switch (pSpec->method) {
     case FourierMethod::Scalar:
         transformScalar(*pSpec, pSrc, pDst);
