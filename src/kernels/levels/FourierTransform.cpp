@@ -91,41 +91,9 @@ void runMiddlePass(int radix, const float *src, float *dst, int m, int s, const 
     }
 }
 
-void transformFlat(const IppsFFTSpec_R_32f &spec, const float *src, float *dst, float *work) {
-    const FourierChain &chain = spec.chain;
-    float *from = work;
-    float *to = work + 2L * chain.length;
-    int s = chain.radix[0];
-    int m = chain.length / s;
-    if (s == 8) {
-        firstPass<Floats, 8>(src, from, m, chain.factors[0]);
-    } else if constexpr (L == 4) {
-        firstPass<Floats, 4>(src, from, m, chain.factors[0]);
-    }
-    for (int pass = 1; pass < chain.passes - 1; ++pass) {
-        const int radix = chain.radix[pass];
-        m /= radix;
-        runMiddlePass(radix, from, to, m, s, chain.factors[pass]);
-        s *= radix;
-        float *const done = to;
-        to = from;
-        from = done;
-    }
-    lastPass<Floats>(from, dst, s, spec.recombination, spec.half);
-}
-
-/// Transforms as many columns of R values as are done at a time. Returns where, of the two scratch areas, they are.
-const float *transformColumns(const FourierChain &chain, const float *src, long stride, float *scratch) {
-    float *from = scratch;
-    float *to = scratch + scratchOfColumns(chain.length);
-    int m = chain.length / chain.radix[0];
-    int s = blockColumns * chain.radix[0];
-    if (chain.radix[0] == 8) {
-        columnPass<Floats, 8>(src, stride, blockColumns, from, m, chain.factors[0]);
-    } else {
-        columnPass<Floats, 4>(src, stride, blockColumns, from, m, chain.factors[0]);
-    }
-    for (int pass = 1; pass < chain.passes; ++pass) {
+/// Runs the passes behind the first one up to `end`, to and fro between two areas. Returns the area of the results.
+const float *runPasses(const FourierChain &chain, int end, float *from, float *to, int m, int s) {
+    for (int pass = 1; pass < end; ++pass) {
         const int radix = chain.radix[pass];
         m /= radix;
         runMiddlePass(radix, from, to, m, s, chain.factors[pass]);
@@ -135,6 +103,31 @@ const float *transformColumns(const FourierChain &chain, const float *src, long 
         from = done;
     }
     return from;
+}
+
+void transformFlat(const IppsFFTSpec_R_32f &spec, const float *src, float *dst, float *work) {
+    const FourierChain &chain = spec.chain;
+    const int s = chain.radix[0];
+    const int m = chain.length / s;
+    if (s == 8) {
+        firstPass<Floats, 8>(src, work, m, chain.factors[0]);
+    } else if constexpr (L == 4) {
+        firstPass<Floats, 4>(src, work, m, chain.factors[0]);
+    }
+    const float *const done = runPasses(chain, chain.passes - 1, work, work + 2L * chain.length, m, s);
+    lastPass<Floats>(done, dst, chain.length / 4, spec.recombination, spec.half);
+}
+
+/// Transforms as many columns of R values as are done at a time. Returns where, of the two scratch areas, they are.
+const float *transformColumns(const FourierChain &chain, const float *src, long stride, float *scratch) {
+    const int radix = chain.radix[0];
+    const int m = chain.length / radix;
+    if (radix == 8) {
+        columnPass<Floats, 8>(src, stride, blockColumns, scratch, m, chain.factors[0]);
+    } else {
+        columnPass<Floats, 4>(src, stride, blockColumns, scratch, m, chain.factors[0]);
+    }
+    return runPasses(chain, chain.passes, scratch, scratch + scratchOfColumns(chain.length), m, blockColumns * radix);
 }
 
 /// All passes but the last of L transforms of C values.
