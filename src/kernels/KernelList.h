@@ -4,6 +4,7 @@
 #include "kernels/Dispatch.h"
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
+#include "kernels/SoundLevel.h"
 
 /**
  * @file
@@ -43,4 +44,7 @@
       (ppState, pTaps, numBq, pDlyLine, pBuf))                                                                         \
     X(IppStatus, ippsIIR_64f, (const Ipp64f *pSrc, Ipp64f *pDst, int len, IppsIIRState_64f *pState),                   \
       (pSrc, pDst, len, pState))                                                                                       \
+    X(IppStatus, sonvexSoundLevel_32f,                                                                                 \
+      (const Ipp32f *pSrc, int len, IppsIIRState_64f *pState, SonvexAverage *pFast, SonvexAverage *pSlow),             \
+      (pSrc, len, pState, pFast, pSlow))                                                                               \
     X(int, sonvexKernelLevel, (), ())

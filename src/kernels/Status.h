@@ -19,6 +19,7 @@ enum {
     ippStsDivByZeroErr = -10,
     ippStsNullPtrErr = -8,
     ippStsSizeErr = -6,
+    ippStsBadArgErr = -5,
     ippStsNoErr = 0,
     ippStsNonIntelCpu = 20,
     ippStsNotSupportedCpu = 36,

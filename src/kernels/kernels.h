@@ -8,4 +8,5 @@
 #include "kernels/Dispatch.h"
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
+#include "kernels/SoundLevel.h"
 #include "kernels/Status.h"

@@ -16,36 +16,40 @@ void print(std::ostream &out, const std::vector<double> &series) {
     }
 }
 
+std::shared_ptr<const std::vector<double>> share(std::vector<double> &&series) {
+    return std::make_shared<const std::vector<double>>(std::move(series));
+}
+
 } // namespace
 
 VectorData::VectorData() : VectorData({0.0}, {0.0}) {}
 
 VectorData::VectorData(std::vector<double> x, std::vector<double> y)
-    : DeliveryData("Vector (x,y)"), x(std::move(x)), y(std::move(y)) {}
+    : DeliveryData("Vector (x,y)"), x(share(std::move(x))), y(share(std::move(y))) {}
 
 std::vector<double> VectorData::getX() const {
-    return x;
+    return *x;
 }
 
 std::vector<double> VectorData::getY() const {
-    return y;
+    return *y;
 }
 
 std::string VectorData::toString() const {
     std::ostringstream out;
     out << DataObjectBase::toString() << "\n\tx: ";
-    print(out, x);
+    print(out, *x);
     out << "\n\ty: ";
-    print(out, y);
+    print(out, *y);
     return out.str();
 }
 
-void VectorData::setX(const std::vector<double> &values) {
-    x = values;
+void VectorData::setX(std::vector<double> values) {
+    x = share(std::move(values));
 }
 
-void VectorData::setY(const std::vector<double> &values) {
-    y = values;
+void VectorData::setY(std::vector<double> values) {
+    y = share(std::move(values));
 }
 
 } // namespace sonvex

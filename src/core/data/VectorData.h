@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include <sonvex/IVectorData.h>
@@ -8,23 +9,30 @@
 
 namespace sonvex {
 
-/// Two series of values; a plain value. Nothing ties their lengths together.
+/**
+ * Two series of values; a plain value. Nothing ties their lengths together. Copies share the series, which never change
+ * once they are set, so that a result crosses threads and reaches many receivers for the price of a reference count.
+ */
 class VectorData : public DeliveryData, public IVectorData {
 public:
     /// One element of 0.0 in each series.
     VectorData();
     VectorData(std::vector<double> x, std::vector<double> y);
+    VectorData(const VectorData &) = default; // and no move, which would leave an object without series
+    VectorData &operator=(const VectorData &) = default;
 
     std::vector<double> getX() const override;
     std::vector<double> getY() const override;
     std::string toString() const override;
 
-    void setX(const std::vector<double> &values);
-    void setY(const std::vector<double> &values);
+    void setX(std::vector<double> values);
+    void setY(std::vector<double> values);
 
 private:
-    std::vector<double> x;
-    std::vector<double> y;
+    using Series = std::shared_ptr<const std::vector<double>>;
+
+    Series x;
+    Series y;
 };
 
 } // namespace sonvex

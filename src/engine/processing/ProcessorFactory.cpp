@@ -6,15 +6,21 @@
 
 #include "core/logging/Log.h"
 #include "process/DemoProcessor.h"
+#include "process/SoundLevelValueProcessor.h"
+#include "process/SpectrumProcessor.h"
 #include "process/WaveformProcessor.h"
 #include "process/configuration/DemoConfig.h"
+#include "process/configuration/SoundLevelValueConfig.h"
+#include "process/configuration/SpectrumConfig.h"
 #include "process/configuration/WaveformConfig.h"
 
 namespace engine::processing {
 
 const ProcessorFactory::WithAudioBuffer &ProcessorFactory::definitionsWithAudioBuffer() {
     static const WithAudioBuffer definitions = {
-        {process::WaveformConfig::typeName, process::WaveformProcessor::createInstance}};
+        {process::WaveformConfig::typeName, process::WaveformProcessor::createInstance},
+        {process::SpectrumConfig::typeName, process::SpectrumProcessor::createInstance},
+        {process::SoundLevelValueConfig::typeName, process::SoundLevelValueProcessor::createInstance}};
     return definitions;
 }
 

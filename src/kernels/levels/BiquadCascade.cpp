@@ -1,33 +1,16 @@
-// A cascade of second-order sections: its state, and the choice between value by value and stretches.
+// A cascade of second-order sections: the making of its state, and the choice between value by value and stretches.
 #include <limits.h>
 #include <stddef.h>
 
 #include "kernels/levels/Alignment.h"
-#include "kernels/levels/BiquadStretches.h"
+#include "kernels/levels/BiquadState.h"
 #include "kernels/levels/Level.h"
-
-struct IppsIIRState_64f {
-    Ipp32u id;
-    int sectionCount;
-    int delayLength;
-    int longestStretch;    ///< values, as the table of responses allows; 0 if there are to be no stretches
-    long transitionLength; ///< the length of the stretches that the transitions are for, 0 for none
-    double *taps;          ///< 5 a section: b0, b1, b2, a1, a2, divided by a0
-    double *delayLine;     ///< 2 a section
-    double *vectorTaps;    ///< those of the stretches: 5 vectors a section
-    double *transitions;   ///< up to 36 values for each group of 3 sections
-    double *responses;     ///< 2 rows a section, longestStretch values each
-};
 
 namespace kernels::KERNEL_LEVEL {
 namespace {
 
-constexpr Ipp32u stateId = 0x49493134;
 constexpr size_t alignment = 32;
 constexpr int valuesOfResponses = 1024; // for all sections together
-constexpr int transitionsPerSection = groupDelays * groupDelays / groupSections;
-constexpr int shortestStretch = 8; // below, the stretches' ends cost more than their middles save
-constexpr double silence = 1e-290; // far below anything audible, and as far above the slow denormal numbers
 
 static_assert(tapsPerSection * doubleLanes + transitionsPerSection <= 32, "the state's size leaves room for no more");
 
@@ -36,27 +19,20 @@ long long stateBytes(int sections) {
     return (((40 * n + 15) >> 4) + n) * 16 + (32 * n + 1024) * 8 + 896;
 }
 
-/// Calls function with the group as its argument and its number of sections as template argument.
-template <class One, class Two, class Three>
-void bySections(int sections, One one, Two two, Three three) {
-    switch (sections) {
-    case 1:
-        one();
-        break;
-    case 2:
-        two();
-        break;
-    default:
-        three();
-        break;
-    }
+bool isModest(double factor) {
+    const double magnitude = factor < 0 ? -factor : factor;
+    return magnitude > 1e-100 && magnitude < 1e100;
 }
 
-SectionGroup groupOf(const IppsIIRState_64f &state, int first) {
-    const int left = state.sectionCount - first;
-    return {left < groupSections ? left : groupSections, state.vectorTaps + tapsPerSection * doubleLanes * first,
-            state.responses + 2L * first * state.longestStretch, state.longestStretch,
-            state.transitions + transitionsPerSection * first};
+/// Returns false if the taps are so large or small that their products come near the ends of a double's range.
+bool setGain(const SectionGroup &group, double firstB0, double *vectorTaps) {
+    const double gain = firstB0 * group.scale[0];
+    store(vectorTaps, broadcast(gain));
+    bool areModest = isModest(gain);
+    for (int section = 0; section < group.sections; ++section) {
+        areModest = areModest && isModest(group.scale[section]);
+    }
+    return areModest;
 }
 
 /// Returns false if a response leaves the range of a double: then it is no use as a factor.
@@ -75,23 +51,20 @@ bool fillResponses(const SectionGroup &group, double *responses, long length) {
     return excess == 0;
 }
 
-template <int G>
-void fillTransitions(const SectionGroup &group, double *transitions, long length) {
-    ring<G>(group.vectorTaps, length, transitions, [](long, int, double) {});
-}
-
-void prepareTransitions(IppsIIRState_64f &state, long length) {
-    if (state.transitionLength == length) {
-        return;
+/// How many values it takes until the responses to a section's delay values have all but vanished.
+long decayOf(const double *responses, long length) {
+    constexpr double nothing = 1e-30; // of the largest value: far below the last digit of anything they are added to
+    double largest = 0;
+    long decay = 0;
+    for (long n = 0; n < length; ++n) {
+        const double values[2] = {responses[n], responses[length + n]};
+        for (const double value : values) {
+            const double magnitude = value < 0 ? -value : value;
+            largest = magnitude > largest ? magnitude : largest;
+            decay = magnitude > nothing * largest ? n + 1 : decay;
+        }
     }
-    for (int first = 0; first < state.sectionCount; first += groupSections) {
-        const SectionGroup group = groupOf(state, first);
-        double *const to = state.transitions + transitionsPerSection * first;
-        bySections(
-            group.sections, [&] { fillTransitions<1>(group, to, length); },
-            [&] { fillTransitions<2>(group, to, length); }, [&] { fillTransitions<3>(group, to, length); });
-    }
-    state.transitionLength = length;
+    return decay;
 }
 
 void filterByStretches(IppsIIRState_64f &state, const double *src, double *dst, long length) {
@@ -103,34 +76,6 @@ void filterByStretches(IppsIIRState_64f &state, const double *src, double *dst, 
             [&] { filterBlock<2>(group, src, dst, length, delays); },
             [&] { filterBlock<3>(group, src, dst, length, delays); });
         src = dst;
-    }
-}
-
-/// The law itself, every value through all sections.
-void filterByValue(IppsIIRState_64f &state, const double *src, double *dst, long length) {
-    for (long n = 0; n < length; ++n) {
-        double x = src[n];
-        const double *taps = state.taps;
-        double *delays = state.delayLine;
-        for (int section = 0; section < state.sectionCount; ++section) {
-            const double y = taps[0] * x + delays[0];
-            delays[0] = taps[1] * x - taps[3] * y + delays[1];
-            delays[1] = taps[2] * x - taps[4] * y;
-            x = y;
-            taps += tapsPerSection;
-            delays += 2;
-        }
-        dst[n] = x;
-    }
-}
-
-/// A dying sound would end in denormal numbers, which many CPUs compute a hundred times slower.
-void flushSilence(IppsIIRState_64f &state) {
-    for (int delay = 0; delay < state.delayLength; ++delay) {
-        double &value = state.delayLine[delay];
-        if (value < silence && value > -silence) {
-            value = 0;
-        }
     }
 }
 
@@ -182,8 +127,8 @@ IppStatus ippsIIRInit_BiQuad_64f(IppsIIRState_64f **ppState, const Ipp64f *pTaps
                                              given[4] * reciprocal, given[5] * reciprocal};
         for (int tap = 0; tap < tapsPerSection; ++tap) {
             state->taps[tapsPerSection * section + tap] = taps[tap];
-            const double added = tap < 3 ? taps[tap] : -taps[tap];
-            store(state->vectorTaps + (tapsPerSection * section + tap) * doubleLanes, broadcast(added));
+            const double normalised = tap < 3 ? taps[tap] / taps[0] : -taps[tap];
+            store(state->vectorTaps + (tapsPerSection * section + tap) * doubleLanes, broadcast(normalised));
         }
     }
     for (long delay = 0; delay < 2 * n; ++delay) {
@@ -193,6 +138,11 @@ IppStatus ippsIIRInit_BiQuad_64f(IppsIIRState_64f **ppState, const Ipp64f *pTaps
     bool isStable = longest >= shortestStretch;
     for (int first = 0; isStable && first < numBq; first += groupSections) {
         const SectionGroup group = groupOf(*state, first);
+        if (!setGain(group, state->taps[tapsPerSection * first],
+                     state->vectorTaps + tapsPerSection * doubleLanes * first)) {
+            isStable = false;
+            break;
+        }
         double *const to = state->responses + 2L * first * longest;
         bySections(
             group.sections, [&] { isStable = fillResponses<1>(group, to, longest); },
@@ -202,6 +152,7 @@ IppStatus ippsIIRInit_BiQuad_64f(IppsIIRState_64f **ppState, const Ipp64f *pTaps
     if (!isStable) {
         state->longestStretch = 0;
     }
+    state->lastDecay = isStable ? decayOf(state->responses + 2 * (n - 1) * longest, longest) : 0;
     *ppState = state;
     return ippStsNoErr;
 }
@@ -213,7 +164,7 @@ IppStatus ippsIIR_64f(const Ipp64f *pSrc, Ipp64f *pDst, int len, IppsIIRState_64
     if (len <= 0) {
         return ippStsSizeErr;
     }
-    if (pState->id != stateId) {
+    if (!isState(*pState)) {
         return ippStsContextMatchErr;
     }
     const long longestBlock = static_cast<long>(stretches) * pState->longestStretch;
@@ -228,7 +179,9 @@ IppStatus ippsIIR_64f(const Ipp64f *pSrc, Ipp64f *pDst, int len, IppsIIRState_64
             done += length * stretches;
         }
     }
-    filterByValue(*pState, pSrc + done, pDst + done, len - done);
+    for (; done < len; ++done) {
+        pDst[done] = filterValue(*pState, pSrc[done]);
+    }
     flushSilence(*pState);
     return ippStsNoErr;
 }

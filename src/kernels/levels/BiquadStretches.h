@@ -11,6 +11,9 @@
  * computed from silence plus the transition matrix times the true start; and what a start adds to the output is the
  * sum of the responses to each delay value alone. Both are known from the taps.
  *
+ * The sections run with a b0 of 1, which saves a multiplication in each: all b0 of the group multiply its input. So the
+ * delay values of a section are those of the law times the b0 of the sections behind it.
+ *
  * What is passed on from stretch to stretch is not d0 and d1 of a section but d0 + d1 and d1 (d0 - d1 for poles in the
  * upper half of the spectrum). With poles near 0 Hz both are large, their sum is small and grows over thousands of
  * values into the output: as a difference of two long responses it would have lost its digits.
@@ -25,9 +28,9 @@ constexpr int groupSections = 3; // the delay values of so many sections and str
 constexpr int groupDelays = 2 * groupSections;
 constexpr int tapsPerSection = 5;
 
-/// Taps of a section, each in all lanes.
+/// Taps of a section divided by its b0, each in all lanes. In memory the place of b0 holds, in the first section of a
+/// group, the product of all b0 of the group.
 struct SectionTaps {
-    Doubles b0;
     Doubles b1;
     Doubles b2;
     Doubles minusA1;
@@ -37,21 +40,23 @@ struct SectionTaps {
 /// What a group knows of itself; all of it lives in the filter's state.
 struct SectionGroup {
     int sections;
-    const double *vectorTaps;  ///< tapsPerSection vectors a section
-    const double *responses;   ///< 2 sections rows: the output that a delay value of 1 causes, all others being 0
-    long responseStride;       ///< from row to row
-    const double *transitions; ///< 2 sections columns: the delay values that such a one has become after a stretch
+    const double *vectorTaps;    ///< tapsPerSection vectors a section
+    const double *responses;     ///< 2 sections rows: the output that a delay value of 1 causes, all others being 0
+    long responseStride;         ///< from row to row
+    const double *transitions;   ///< 2 sections columns: the delay values that such a one has become after a stretch
+    double scale[groupSections]; ///< of the delay values of each section, against those of the law
+    long lastDecay;              ///< behind so many values the responses to the last section's delays are nothing
 };
 
 SONVEX_INLINE SectionTaps tapsOf(const double *vectorTaps, int section) {
     const double *const from = vectorTaps + tapsPerSection * doubleLanes * section;
-    return {load(from), load(from + doubleLanes), load(from + 2 * doubleLanes), load(from + 3 * doubleLanes),
+    return {load(from + doubleLanes), load(from + 2 * doubleLanes), load(from + 3 * doubleLanes),
             load(from + 4 * doubleLanes)};
 }
 
 /// One value through one section.
 SONVEX_INLINE Doubles runSection(const SectionTaps &taps, Doubles x, Doubles &d0, Doubles &d1) {
-    const Doubles y = taps.b0 * x + d0;
+    const Doubles y = x + d0;
     d0 = taps.b1 * x + d1 + taps.minusA1 * y;
     d1 = taps.b2 * x + taps.minusA2 * y;
     return y;
@@ -64,6 +69,7 @@ SONVEX_INLINE double weightOfSecond(const double *vectorTaps, int section) {
 
 template <int G>
 SONVEX_INLINE Doubles runGroup(const double *vectorTaps, Doubles x, Doubles (&delays)[2 * G]) {
+    x = x * load(vectorTaps);
     for (int section = 0; section < G; ++section) {
         x = runSection(tapsOf(vectorTaps, section), x, delays[2 * section], delays[2 * section + 1]);
     }
@@ -106,54 +112,109 @@ void ring(const double *vectorTaps, long steps, double *end, Visit visit) {
     }
 }
 
-/// Runs all stretches, the first from the given delay values. Leaves the delay values at their ends.
-template <int G>
-void runStretches(const double *vectorTaps, const double *src, double *dst, long length, const double *delayLine,
-                  double (&ends)[2 * G][stretches]) {
-    constexpr int V = vectorsAtATime;
+/// Reads and writes the lanes of a block: lane l of vector v is stretch v * doubleLanes + l of a signal.
+struct BlockRows {
+    void load(int vector, long n, Doubles (&x)[doubleLanes]) const {
+        for (int lane = 0; lane < doubleLanes; ++lane) {
+            x[lane] = KERNEL_LEVEL::load(src + (vector * doubleLanes + lane) * length + n);
+        }
+        transpose(x);
+    }
+
+    void store(int vector, long n, Doubles (&x)[doubleLanes]) const {
+        transpose(x);
+        for (int lane = 0; lane < doubleLanes; ++lane) {
+            KERNEL_LEVEL::store(dst + (vector * doubleLanes + lane) * length + n, x[lane]);
+        }
+    }
+
+    Doubles loadOne(int vector, long n) const {
+        Doubles x{};
+        for (int lane = 0; lane < doubleLanes; ++lane) {
+            x[lane] = src[(vector * doubleLanes + lane) * length + n];
+        }
+        return x;
+    }
+
+    void storeOne(int vector, long n, Doubles x) const {
+        for (int lane = 0; lane < doubleLanes; ++lane) {
+            dst[(vector * doubleLanes + lane) * length + n] = x[lane];
+        }
+    }
+
+    const double *src;
+    double *dst;
+    long length; ///< of a stretch
+};
+
+/// Runs V vectors of stretches, the first stretch from the given delay values. Leaves the delay values at their ends.
+template <int G, int V, class Rows>
+SONVEX_INLINE void runStretches(const SectionGroup &group, long length, const double *delayLine,
+                                double (&ends)[2 * G][V * doubleLanes], const Rows &rows) {
     constexpr int N = doubleLanes;
     Doubles delays[V][2 * G] = {};
     for (int delay = 0; delay < 2 * G; ++delay) {
-        delays[0][delay][0] = delayLine[delay];
+        delays[0][delay][0] = delayLine[delay] * group.scale[delay / 2];
     }
     long n = 0;
     for (; n + N <= length; n += N) {
-        Doubles x[V][N];
-        for (int vector = 0; vector < V; ++vector) {
-            for (int lane = 0; lane < N; ++lane) {
-                x[vector][lane] = load(src + (vector * N + lane) * length + n);
-            }
-            transpose(x[vector]);
-        }
         // One vector after the other needs fewer registers; the CPU runs them at the same time all the same.
         for (int vector = 0; vector < V; ++vector) {
+            Doubles x[N];
+            rows.load(vector, n, x);
             for (int step = 0; step < N; ++step) {
-                x[vector][step] = runGroup<G>(vectorTaps, x[vector][step], delays[vector]);
+                x[step] = runGroup<G>(group.vectorTaps, x[step], delays[vector]);
             }
-        }
-        for (int vector = 0; vector < V; ++vector) {
-            transpose(x[vector]);
-            for (int lane = 0; lane < N; ++lane) {
-                store(dst + (vector * N + lane) * length + n, x[vector][lane]);
-            }
+            rows.store(vector, n, x);
         }
     }
     for (; n < length; ++n) {
         for (int vector = 0; vector < V; ++vector) {
-            Doubles x{};
-            for (int lane = 0; lane < N; ++lane) {
-                x[lane] = src[(vector * N + lane) * length + n];
-            }
-            x = runGroup<G>(vectorTaps, x, delays[vector]);
-            for (int lane = 0; lane < N; ++lane) {
-                dst[(vector * N + lane) * length + n] = x[lane];
-            }
+            rows.storeOne(vector, n, runGroup<G>(group.vectorTaps, rows.loadOne(vector, n), delays[vector]));
         }
     }
     for (int delay = 0; delay < 2 * G; ++delay) {
         for (int vector = 0; vector < V; ++vector) {
             store(ends[delay] + vector * N, delays[vector][delay]);
         }
+    }
+}
+
+/// Makes the ends that were computed from silence the true starts of the stretches behind them, and moves the delay
+/// values to the end of the last one.
+template <int G, int S>
+void propagate(const SectionGroup &group, double (&ends)[2 * G][S], double (&starts)[S + 1][2 * G], double *delayLine) {
+    double weights[G];
+    for (int section = 0; section < G; ++section) {
+        weights[section] = weightOfSecond(group.vectorTaps, section);
+        for (int stretch = 0; stretch < S; ++stretch) {
+            ends[2 * section][stretch] += weights[section] * ends[2 * section + 1][stretch];
+        }
+    }
+    for (int delay = 0; delay < 2 * G; ++delay) {
+        starts[0][delay] = 0;
+        starts[1][delay] = ends[delay][0];
+    }
+    for (int stretch = 1; stretch < S; ++stretch) {
+        double end[2 * G]; // in registers: each stretch waits for the one before
+        for (int delay = 0; delay < 2 * G; ++delay) {
+            end[delay] = ends[delay][stretch];
+        }
+        double second[2 * G] = {}; // two sums, for the same reason
+        for (int from = 0; from < 2 * G; from += 2) {
+            for (int delay = 0; delay < 2 * G; ++delay) {
+                end[delay] += group.transitions[2 * G * from + delay] * starts[stretch][from];
+                second[delay] += group.transitions[2 * G * (from + 1) + delay] * starts[stretch][from + 1];
+            }
+        }
+        for (int delay = 0; delay < 2 * G; ++delay) {
+            starts[stretch + 1][delay] = end[delay] + second[delay];
+        }
+    }
+    for (int section = 0; section < G; ++section) {
+        const double second = starts[S][2 * section + 1];
+        delayLine[2 * section] = (starts[S][2 * section] - weights[section] * second) / group.scale[section];
+        delayLine[2 * section + 1] = second / group.scale[section];
     }
 }
 
@@ -203,43 +264,15 @@ void addResponses(const SectionGroup &group, double *dst, long length, const dou
 template <int G>
 void filterBlock(const SectionGroup &group, const double *src, double *dst, long length, double *delayLine) {
     double ends[2 * G][stretches];
-    runStretches<G>(group.vectorTaps, src, dst, length, delayLine, ends);
-    double weights[G];
-    for (int section = 0; section < G; ++section) {
-        weights[section] = weightOfSecond(group.vectorTaps, section);
-        for (int stretch = 0; stretch < stretches; ++stretch) {
-            ends[2 * section][stretch] += weights[section] * ends[2 * section + 1][stretch];
-        }
-    }
+    runStretches<G, vectorsAtATime>(group, length, delayLine, ends, BlockRows{src, dst, length});
     double starts[stretches + 1][2 * G];
-    for (int delay = 0; delay < 2 * G; ++delay) {
-        starts[1][delay] = ends[delay][0];
-    }
-    for (int stretch = 1; stretch < stretches; ++stretch) {
-        double end[2 * G]; // in registers: each stretch waits for the one before
-        for (int delay = 0; delay < 2 * G; ++delay) {
-            end[delay] = ends[delay][stretch];
-        }
-        for (int from = 0; from < 2 * G; ++from) {
-            for (int delay = 0; delay < 2 * G; ++delay) {
-                end[delay] += group.transitions[2 * G * from + delay] * starts[stretch][from];
-            }
-        }
-        for (int delay = 0; delay < 2 * G; ++delay) {
-            starts[stretch + 1][delay] = end[delay];
-        }
-    }
+    propagate<G, stretches>(group, ends, starts, delayLine);
     int stretch = 1;
     for (; stretch + 2 <= stretches; stretch += 2) {
         addResponses<G, 2>(group, dst + stretch * length, length, starts + stretch);
     }
     for (; stretch < stretches; ++stretch) {
         addResponses<G, 1>(group, dst + stretch * length, length, starts + stretch);
-    }
-    for (int section = 0; section < G; ++section) {
-        const double second = starts[stretches][2 * section + 1];
-        delayLine[2 * section] = starts[stretches][2 * section] - weights[section] * second;
-        delayLine[2 * section + 1] = second;
     }
 }
 

@@ -7,6 +7,8 @@
  */
 
 #ifdef __AVX__
+#include <immintrin.h>
+
 #define SONVEX_VECTOR_BYTES 32
 #else
 #define SONVEX_VECTOR_BYTES 16
@@ -39,6 +41,17 @@ SONVEX_INLINE void store(float *to, Floats value) {
 
 SONVEX_INLINE void store(double *to, Doubles value) {
     __builtin_memcpy(to, &value, sizeof value);
+}
+
+/// doubleLanes floats, exact as doubles.
+SONVEX_INLINE Doubles loadWidened(const float *from) {
+#ifdef __AVX__
+    return _mm256_cvtps_pd(_mm_loadu_ps(from)); // the compiler's own conversion goes by halves
+#else
+    float __attribute__((vector_size(SONVEX_VECTOR_BYTES / 2))) value;
+    __builtin_memcpy(&value, from, sizeof value);
+    return __builtin_convertvector(value, Doubles);
+#endif
 }
 
 SONVEX_INLINE Floats broadcast(float value) {
