@@ -59,22 +59,26 @@ void AvbAudioBuffer::store(const float *values, std::size_t amount) {
     }
 }
 
-std::vector<float> AvbAudioBuffer::fetchSamples(std::size_t amount, std::size_t endPosition) const {
+std::vector<float> AvbAudioBuffer::fetchSamples(std::size_t amount, std::size_t endPosition,
+                                                std::vector<float> storage) const {
     amount = limitToSize(amount);
     const std::lock_guard<std::mutex> lock(mutex);
-    return copySamples(amount, endPosition);
+    copySamples(amount, endPosition, storage);
+    return storage;
 }
 
-std::vector<float> AvbAudioBuffer::fetchLatestSamples(std::size_t amount) const {
+std::vector<float> AvbAudioBuffer::fetchLatestSamples(std::size_t amount, std::vector<float> storage) const {
     amount = limitToSize(amount);
     const std::lock_guard<std::mutex> lock(mutex);
-    return copySamples(amount, writePosition);
+    copySamples(amount, writePosition, storage);
+    return storage;
 }
 
-std::vector<float> AvbAudioBuffer::fetchSignaledSamples(std::size_t amount) const {
+std::vector<float> AvbAudioBuffer::fetchSignaledSamples(std::size_t amount, std::vector<float> storage) const {
     amount = limitToSize(amount);
     const std::lock_guard<std::mutex> lock(mutex);
-    return copySamples(amount, signaledPosition);
+    copySamples(amount, signaledPosition, storage);
+    return storage;
 }
 
 sonvex::BufferConfiguration *AvbAudioBuffer::getBufferConfiguration() const {
@@ -91,20 +95,18 @@ std::size_t AvbAudioBuffer::limitToSize(std::size_t amount) const {
     return amount;
 }
 
-std::vector<float> AvbAudioBuffer::copySamples(std::size_t amount, std::size_t endPosition) const {
+void AvbAudioBuffer::copySamples(std::size_t amount, std::size_t endPosition, std::vector<float> &block) const {
     const auto cell = [this](std::size_t position) { return samples.begin() + static_cast<std::ptrdiff_t>(position); };
     endPosition = std::min(endPosition, samples.size());
     if (endPosition == 0) {
-        return {cell(0), cell(amount)};
+        block.assign(cell(0), cell(amount));
+    } else if (endPosition >= amount) {
+        block.assign(cell(endPosition - amount), cell(endPosition));
+    } else {
+        block.reserve(amount);
+        block.assign(cell(samples.size() - (amount - endPosition)), samples.end());
+        block.insert(block.end(), cell(0), cell(endPosition));
     }
-    if (endPosition >= amount) {
-        return {cell(endPosition - amount), cell(endPosition)};
-    }
-    std::vector<float> block;
-    block.reserve(amount);
-    block.insert(block.end(), cell(samples.size() - (amount - endPosition)), samples.end());
-    block.insert(block.end(), cell(0), cell(endPosition));
-    return block;
 }
 
 void AvbAudioBuffer::sampleAmountConfigChanged(std::string changedParameter) {

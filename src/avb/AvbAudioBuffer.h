@@ -34,12 +34,13 @@ public:
     /// As writeSample for each of @p amount values in turn, under one lock.
     void writeSamples(const float *values, std::size_t amount);
 
-    /// The @p amount samples before cell @p endPosition, the oldest first; at most the size of the buffer.
-    std::vector<float> fetchSamples(std::size_t amount, std::size_t endPosition) const;
+    /// The @p amount samples before cell @p endPosition, the oldest first; at most the size of the buffer. All three
+    /// fetch into @p storage, so that a reader who hands its last block over needs no new memory.
+    std::vector<float> fetchSamples(std::size_t amount, std::size_t endPosition, std::vector<float> storage = {}) const;
     /// The newest samples: for readers on a clock of their own.
-    std::vector<float> fetchLatestSamples(std::size_t amount) const;
+    std::vector<float> fetchLatestSamples(std::size_t amount, std::vector<float> storage = {}) const;
     /// The samples up to the latest signal: for readers that the signal drives.
-    std::vector<float> fetchSignaledSamples(std::size_t amount) const;
+    std::vector<float> fetchSignaledSamples(std::size_t amount, std::vector<float> storage = {}) const;
 
     /// In samples; fixed.
     std::size_t getSize() const { return samples.size(); }
@@ -54,7 +55,7 @@ protected Q_SLOTS:
 
 private:
     std::size_t limitToSize(std::size_t amount) const;
-    std::vector<float> copySamples(std::size_t amount, std::size_t endPosition) const;
+    void copySamples(std::size_t amount, std::size_t endPosition, std::vector<float> &block) const;
     void store(const float *values, std::size_t amount);
 
     std::string bufferName;

@@ -4,6 +4,7 @@
 #include "kernels/Dispatch.h"
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
+#include "kernels/PowerSpectrum.h"
 #include "kernels/SoundLevel.h"
 
 /**
@@ -47,4 +48,9 @@
     X(IppStatus, sonvexSoundLevel_32f,                                                                                 \
       (const Ipp32f *pSrc, int len, IppsIIRState_64f *pState, SonvexAverage *pFast, SonvexAverage *pSlow),             \
       (pSrc, len, pState, pFast, pSlow))                                                                               \
+    X(IppStatus, sonvexScaledPower_32fc64f, (const Ipp32fc *pSrc, Ipp32f factor, Ipp64f *pDst, int len),               \
+      (pSrc, factor, pDst, len))                                                                                       \
+    X(IppStatus, sonvexMoveAverage_64f,                                                                                \
+      (const Ipp64f *pNewest, Ipp64f *pOldest, Ipp64f *pAverage, Ipp64f amount, int len),                              \
+      (pNewest, pOldest, pAverage, amount, len))                                                                       \
     X(int, sonvexKernelLevel, (), ())

@@ -8,5 +8,6 @@
 #include "kernels/Dispatch.h"
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
+#include "kernels/PowerSpectrum.h"
 #include "kernels/SoundLevel.h"
 #include "kernels/Status.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include <QCoreApplication>
 #include <QThread>
@@ -142,10 +143,10 @@ void SampleProcessorBase::sampleAmountChanged(const std::string &changedParamete
                    "Processed amount of samples: ", amount);
 }
 
-std::vector<float> SampleProcessorBase::fetchConfiguredSamples() {
+std::vector<float> SampleProcessorBase::fetchConfiguredSamples(std::vector<float> storage) {
     const std::size_t amount = config->getSampleAmount();
-    return config->isInternalClockActive() ? audioBuffer->fetchLatestSamples(amount)
-                                           : audioBuffer->fetchSignaledSamples(amount);
+    return config->isInternalClockActive() ? audioBuffer->fetchLatestSamples(amount, std::move(storage))
+                                           : audioBuffer->fetchSignaledSamples(amount, std::move(storage));
 }
 
 } // namespace process

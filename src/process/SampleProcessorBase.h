@@ -62,8 +62,8 @@ protected Q_SLOTS:
 
 protected:
     /// The configured amount of samples, the oldest first: the newest ones on the internal clock, those up to the
-    /// latest signal on the external one.
-    std::vector<float> fetchConfiguredSamples();
+    /// latest signal on the external one. @param storage an earlier block that is no longer needed
+    std::vector<float> fetchConfiguredSamples(std::vector<float> storage = {});
 
     avb::AvbAudioBuffer *audioBuffer;
     InternalClock clock;

@@ -3,6 +3,7 @@
 #include <array>
 #include <climits>
 #include <cmath>
+#include <utility>
 
 #include "core/logging/Log.h"
 #include "kernels/kernels.h"
@@ -87,7 +88,7 @@ void SoundLevelValueProcessor::calculate(const std::string & /*bufferName*/, std
         return;
     }
     std::vector<double> levels(soundLevelValueTypes().size(), 0.0);
-    if (!measure(fetchConfiguredSamples(), levels)) {
+    if (!measure(levels)) {
         return;
     }
     for (double &level : levels) {
@@ -98,7 +99,8 @@ void SoundLevelValueProcessor::calculate(const std::string & /*bufferName*/, std
     accumulatedSamples = 0;
 }
 
-bool SoundLevelValueProcessor::measure(std::vector<float> samples, std::vector<double> &peaks) {
+bool SoundLevelValueProcessor::measure(std::vector<double> &peaks) {
+    samples = fetchConfiguredSamples(std::move(samples));
     const std::size_t amount = accumulatedSamples;
     timeWeightedValues.resize(peaks.size());
     samples.resize(amount <= INT_MAX ? amount : 0); // the kernels refuse no samples, and can't have more

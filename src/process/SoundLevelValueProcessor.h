@@ -41,12 +41,13 @@ private:
     void initFilter();
     /// Runs the accumulated amount of samples, or silence for those that are not there, through filters and averages.
     /// @param peaks receives the highest averages, by the types' indices
-    bool measure(std::vector<float> samples, std::vector<double> &peaks);
+    bool measure(std::vector<double> &peaks);
 
     IppsIIRState_64f *filterStateAWeight = nullptr;
     Ipp8u *filterBufferAWeight = nullptr;
     IppsIIRState_64f *filterStateCWeight = nullptr;
     Ipp8u *filterBufferCWeight = nullptr;
+    std::vector<float> samples;             ///< the latest block
     std::vector<double> timeWeightedValues; ///< the running averages, by the types' indices
     std::size_t accumulatedSamples = 0;     ///< since the last analysis
 };

@@ -36,16 +36,20 @@ void SpectrumProcessor::calculate(const std::string & /*clockName*/, std::size_t
     if (!isProcessingActive()) {
         return;
     }
-    std::vector<float> samples = fetchConfiguredSamples();
-    if (!fft.calculate(samples) || resultSize == 0 ||
-        !fft.getFftResultsPowerSpectrum(spectrumResult, resultSize, spectrumConfig->getPowerScaleFactor())) {
+    samples = fetchConfiguredSamples(std::move(samples));
+    if (!fft.calculate(samples) || resultSize == 0) {
         return;
     }
-    std::vector<double> powers(spectrumResult.begin(), spectrumResult.end());
+    sonvex::VectorData &result = channelData.getVectorData();
+    std::vector<double> powers = result.takeY();
+    powers.resize(resultSize);
+    if (!fft.getFftResultsPowerSpectrum(powers, spectrumConfig->getPowerScaleFactor())) {
+        return;
+    }
     if (averager.isActive()) {
         powers = averager.calculate(std::move(powers));
     }
-    channelData.getVectorData().setY(std::move(powers));
+    result.setY(std::move(powers));
     Q_EMIT newProcessData(channelData);
 }
 
@@ -69,7 +73,6 @@ void SpectrumProcessor::fftOrderChanged(const std::string &changedParameter) {
     // No block is longer than the buffer, so an absurd order costs no memory here.
     const std::size_t size = std::size_t{1} << order;
     resultSize = size <= audioBuffer->getSize() ? static_cast<unsigned int>(size / 2) : 0;
-    spectrumResult.resize(resultSize);
     std::vector<double> bins(resultSize);
     std::iota(bins.begin(), bins.end(), 0.0);
     channelData.getVectorData().setX(std::move(bins));

@@ -44,7 +44,7 @@ protected Q_SLOTS:
 
 private:
     fft::IppFft fft;
-    std::vector<float> spectrumResult;
+    std::vector<float> samples;  ///< the latest block, windowed
     unsigned int resultSize = 0; ///< bins of a result; 0 while there can be none
     sonvex::ChannelData channelData;
     averaging::MovingAverage averager;

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <vector>
+
+#include <QSharedData>
 
 #include <sonvex/IVectorData.h>
 
@@ -27,12 +28,20 @@ public:
 
     void setX(std::vector<double> values);
     void setY(std::vector<double> values);
+    /// The storage of y for the next values, or an empty vector while a copy shares it. Leaves y empty or as it was.
+    std::vector<double> takeY();
 
 private:
-    using Series = std::shared_ptr<const std::vector<double>>;
+    struct Series : QSharedData {
+        explicit Series(std::vector<double> values);
+        std::vector<double> values;
+    };
+    using Shared = QExplicitlySharedDataPointer<Series>;
 
-    Series x;
-    Series y;
+    static void replace(Shared &series, std::vector<double> values);
+
+    Shared x;
+    Shared y;
 };
 
 } // namespace sonvex

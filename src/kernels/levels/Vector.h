@@ -54,6 +54,18 @@ SONVEX_INLINE Doubles loadWidened(const float *from) {
 #endif
 }
 
+/// All floats of a vector, exact as doubles.
+SONVEX_INLINE void storeWidened(double *to, Floats value) {
+#ifdef __AVX__
+    store(to, _mm256_cvtps_pd(_mm256_castps256_ps128(value)));
+    store(to + doubleLanes, _mm256_cvtps_pd(_mm256_extractf128_ps(value, 1)));
+#else
+    double __attribute__((vector_size(2 * SONVEX_VECTOR_BYTES))) wide =
+        __builtin_convertvector(value, double __attribute__((vector_size(2 * SONVEX_VECTOR_BYTES))));
+    __builtin_memcpy(to, &wide, sizeof wide);
+#endif
+}
+
 SONVEX_INLINE Floats broadcast(float value) {
     return value - Floats{};
 }

@@ -8,6 +8,7 @@
 #include "core/configuration/BufferConfiguration.h"
 #include "core/data/ChangeNotices.h"
 #include "core/logging/Log.h"
+#include "kernels/kernels.h"
 #include "process/configuration/SpectrumConfig.h"
 
 namespace process::averaging {
@@ -49,57 +50,49 @@ std::vector<double> MovingAverage::calculate(std::vector<double> input) {
         simpleMovingAverage(input);
         cycleCounter = 0;
     }
-    input = average; // into the storage of the vector that left the window
     return input;
 }
 
 void MovingAverage::performanceOptimizedMovingAverage(std::vector<double> &input) {
-    const double divisor = windowSize;
-    if (ringIndex < ringBuffers.size()) {
-        const std::vector<double> &oldest = ringBuffers[ringIndex];
-        for (std::size_t i = 0; i < vectorLength; ++i) {
-            average[i] += (input[i] - oldest[i]) / divisor;
-        }
+    static constexpr char context[] = "process::averaging::MovingAverage::performanceOptimizedMovingAverage";
+    if (hasOldest(context)) {
+        std::vector<double> &oldest = ringBuffers[ringIndex];
+        sonvexMoveAverage_64f(input.data(), oldest.data(), average.data(), windowSize, static_cast<int>(vectorLength));
+        oldest.swap(input);
+        ++ringIndex;
     } else {
-        for (std::size_t i = 0; i < vectorLength; ++i) {
-            average[i] += input[i] / divisor;
-        }
-    }
-    try {
-        replaceOldest(input);
-    } catch (const std::exception &error) {
-        logging::warning("process::averaging::MovingAverage::performanceOptimizedMovingAverage", name,
-                         "Ring buffer index error: ", error.what());
+        input = average;
     }
 }
 
 void MovingAverage::simpleMovingAverage(std::vector<double> &input) {
-    try {
-        replaceOldest(input);
-    } catch (const std::exception &error) {
-        logging::warning("process::averaging::MovingAverage::simpleMovingAverage", name,
-                         "Ring buffer index error: ", error.what());
-        return;
-    }
-    std::fill(average.begin(), average.end(), 0.0);
-    for (const std::vector<double> &values : ringBuffers) {
-        for (std::size_t i = 0; i < vectorLength; ++i) {
-            average[i] += values[i];
+    if (hasOldest("process::averaging::MovingAverage::simpleMovingAverage")) {
+        ringBuffers[ringIndex].swap(input);
+        ++ringIndex;
+        std::fill(average.begin(), average.end(), 0.0);
+        for (const std::vector<double> &values : ringBuffers) {
+            for (std::size_t i = 0; i < vectorLength; ++i) {
+                average[i] += values[i];
+            }
+        }
+        for (double &value : average) {
+            value /= windowSize;
         }
     }
-    for (double &value : average) {
-        value /= windowSize;
-    }
+    input = average;
 }
 
-/// Exchanges the oldest vector for the input, or adds the input while the window is filling.
-void MovingAverage::replaceOldest(std::vector<double> &input) {
-    if (ringIndex < ringBuffers.size()) {
-        ringBuffers[ringIndex].swap(input);
-    } else {
-        ringBuffers.push_back(std::move(input));
+/// While the window is filling, a vector of zeros takes the place of the one that would leave it.
+bool MovingAverage::hasOldest(const char *context) {
+    try {
+        if (ringIndex == ringBuffers.size()) {
+            ringBuffers.emplace_back(vectorLength);
+        }
+    } catch (const std::exception &error) {
+        logging::warning(context, name, "Ring buffer index error: ", error.what());
+        return false;
     }
-    ++ringIndex;
+    return true;
 }
 
 void MovingAverage::resetBuffers() {

@@ -56,9 +56,10 @@ private:
     void updateWindowSize();
     void updateWindowLength();
     bool updateRefreshInterval(const char *context);
+    // Both take the newest vector and replace it by the mean, in the storage of the one that leaves the window.
     void simpleMovingAverage(std::vector<double> &input);
     void performanceOptimizedMovingAverage(std::vector<double> &input);
-    void replaceOldest(std::vector<double> &input);
+    bool hasOldest(const char *context);
     void resetBuffers();
 
     const std::string name;

@@ -129,16 +129,26 @@ bool IppFft::calculate(std::vector<float> &samples) {
 bool IppFft::getFftResultsPowerSpectrum(std::vector<float> &result, std::size_t amount, float factor) {
     const std::size_t wanted = limitedToSize(amount);
     const std::size_t computed = std::min<std::size_t>(wanted, fftSize / 2 + 1);
-    const IppStatus status = ippsPowerSpectr_32fc(buffers.fftResult, buffers.powerSpectrum, static_cast<int>(computed));
-    if (status != ippStsNoErr) {
-        logging::warning("process::fft::IppFft::getFftResultsPowerSpectrum", name,
-                         "Power value conversion failed! Error message: ", ippGetStatusString(status));
+    if (!isConverted(ippsPowerSpectr_32fc(buffers.fftResult, buffers.powerSpectrum, static_cast<int>(computed)))) {
         return false;
     }
     for (std::size_t bin = computed; bin < wanted; ++bin) {
         buffers.powerSpectrum[bin] = buffers.powerSpectrum[fftSize - bin];
     }
     return processResultData(buffers.powerSpectrum, result, amount, factor);
+}
+
+bool IppFft::getFftResultsPowerSpectrum(std::vector<double> &powers, float factor) {
+    const std::size_t bins = std::min<std::size_t>(powers.size(), fftSize / 2 + 1);
+    return isConverted(sonvexScaledPower_32fc64f(buffers.fftResult, factor, powers.data(), static_cast<int>(bins)));
+}
+
+bool IppFft::isConverted(IppStatus status) const {
+    if (status != ippStsNoErr) {
+        logging::warning("process::fft::IppFft::getFftResultsPowerSpectrum", name,
+                         "Power value conversion failed! Error message: ", ippGetStatusString(status));
+    }
+    return status == ippStsNoErr;
 }
 
 std::size_t IppFft::limitedToSize(std::size_t amount) const {

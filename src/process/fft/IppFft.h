@@ -51,12 +51,17 @@ public:
      */
     bool getFftResultsPowerSpectrum(std::vector<float> &result, std::size_t amount, float factor);
 
+    /// The same for bins of the lower half, in double precision and in one pass.
+    /// @param powers as many as are wanted; has at most half the FFT size plus one
+    bool getFftResultsPowerSpectrum(std::vector<double> &powers, float factor);
+
     std::string toString() const override;
 
 private:
     void ippVersionInfo() const;
     void showFftInitializeMessage(IppStatus status) const;
     bool applyWindowing(bool active);
+    bool isConverted(IppStatus status) const;
     bool processResultData(const float *data, std::vector<float> &result, std::size_t amount, float factor) const;
     /// Amounts that mean the whole block become its size.
     std::size_t limitedToSize(std::size_t amount) const;

@@ -1,0 +1,242 @@
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "KernelMemory.h"
+#include "Levels.h"
+
+namespace {
+
+using support::Guarded;
+
+class LevelKernels : public support::AtLevel {};
+SONVEX_AT_ALL_LEVELS(LevelKernels);
+
+/// High-passes at 20.6 Hz and 200 Hz, a low-pass at 12.2 kHz, and one that rings at 7 kHz; at 48 kHz.
+constexpr double sections[4][6] = {{0.9, -1.8, 0.9, 1, -1.994614455993, 0.994621707014},
+                                   {1, -2, 1, 1, -1.948, 0.94867},
+                                   {2, 4, 2, 2, -0.449116916118, 0.025213250544},
+                                   {0.5, 0.1, -0.5, 1, -1.2, 0.98}};
+
+template <class Element>
+std::vector<Element> noise(std::size_t length) {
+    std::mt19937 random(static_cast<unsigned>(length));
+    std::uniform_real_distribution<Element> range(-1, 1);
+    std::vector<Element> values(length);
+    std::generate(values.begin(), values.end(), [&] { return range(random); });
+    return values;
+}
+
+/// The filters and both averages value by value, in more digits than a double has.
+class Law {
+public:
+    explicit Law(int sectionCount) : delays(2 * static_cast<std::size_t>(sectionCount)) {}
+
+    void run(const float *samples, std::size_t length, SonvexAverage &fast, SonvexAverage &slow) {
+        long double averages[2] = {fast.average, slow.average};
+        for (std::size_t n = 0; n < length; ++n) {
+            long double x = static_cast<long double>(samples[n]);
+            for (std::size_t section = 0; section < delays.size() / 2; ++section) {
+                const double *const tap = sections[section];
+                long double *const delay = &delays[2 * section];
+                const long double y = tap[0] / tap[3] * x + delay[0];
+                delay[0] = tap[1] / tap[3] * x - tap[4] / tap[3] * y + delay[1];
+                delay[1] = tap[2] / tap[3] * x - tap[5] / tap[3] * y;
+                x = y;
+            }
+            for (auto *average : {&fast, &slow}) {
+                long double &value = averages[average == &slow];
+                value = average->keep * value + average->input * x * x;
+                average->peak = std::max(average->peak, static_cast<double>(value));
+            }
+        }
+        fast.average = static_cast<double>(averages[0]);
+        slow.average = static_cast<double>(averages[1]);
+    }
+
+private:
+    std::vector<long double> delays;
+};
+
+struct Filter {
+    explicit Filter(int sectionCount) {
+        int size = 0;
+        ippsIIRGetStateSize_BiQuad_64f(std::max(sectionCount, 1), &size);
+        memory.resize(static_cast<std::size_t>(size));
+        if (sectionCount > 0) {
+            EXPECT_EQ(ippsIIRInit_BiQuad_64f(&state, sections[0], sectionCount, nullptr, memory.data()), 0);
+        }
+    }
+
+    std::vector<Ipp8u> memory;
+    IppsIIRState_64f *state = nullptr;
+};
+
+void expectNear(const SonvexAverage &result, const SonvexAverage &expected) {
+    EXPECT_NEAR(result.average, expected.average, 1e-11 * expected.average);
+    EXPECT_NEAR(result.peak, expected.peak, 1e-11 * expected.peak);
+}
+
+constexpr SonvexAverage fastStart{0.999833347221, 0.000166652779, 0, 0};
+constexpr SonvexAverage slowStart{0.999979166884, 2.0833116e-05, 0, 0};
+
+TEST_P(LevelKernels, FollowTheLawFromCallToCall) {
+    const std::vector<float> samples = noise<float>(20011);
+    for (int sectionCount = 0; sectionCount <= 4; ++sectionCount) {
+        Filter filter(sectionCount);
+        Law law(sectionCount);
+        SonvexAverage fast = fastStart;
+        SonvexAverage slow = slowStart;
+        SonvexAverage expectedFast = fastStart;
+        SonvexAverage expectedSlow = slowStart;
+        std::size_t done = 0;
+        for (const std::size_t length : {1, 127, 128, 131, 600, 3, 4800, 600, 4799, 2401, 257, 5000}) {
+            // A loud beginning gives a peak in the first stretch, a fading signal one that an earlier call has set.
+            Guarded<float> block(length, 4 * (length % 16));
+            std::vector<float> values(samples.begin() + static_cast<std::ptrdiff_t>(done),
+                                      samples.begin() + static_cast<std::ptrdiff_t>(done + length));
+            for (float &value : values) {
+                value *= length % 2 == 0 ? 1.0F : 0.01F;
+            }
+            block.fill(values);
+            EXPECT_EQ(sonvexSoundLevel_32f(block.get(), static_cast<int>(length), filter.state, &fast, &slow), 0);
+            law.run(values.data(), length, expectedFast, expectedSlow);
+            SCOPED_TRACE(testing::Message() << sectionCount << " sections, sample " << done << " + " << length);
+            expectNear(fast, expectedFast);
+            expectNear(slow, expectedSlow);
+            EXPECT_TRUE(block.isIntact() && block.values() == values);
+            if (length == 600) {
+                fast.peak = slow.peak = expectedFast.peak = expectedSlow.peak = 0;
+            }
+            done += length;
+        }
+    }
+}
+
+TEST_P(LevelKernels, ShareTheStateWithTheFilterAlone) {
+    const std::vector<float> samples = noise<float>(3000);
+    const std::vector<double> wide(samples.begin(), samples.end());
+    Filter shared(3);
+    Law law(3);
+    SonvexAverage fast = fastStart;
+    SonvexAverage slow = slowStart;
+    SonvexAverage expectedFast = fastStart;
+    SonvexAverage expectedSlow = slowStart;
+    std::vector<double> filtered(1000);
+    EXPECT_EQ(sonvexSoundLevel_32f(samples.data(), 1000, shared.state, &fast, &slow), 0);
+    EXPECT_EQ(ippsIIR_64f(wide.data() + 1000, filtered.data(), 1000, shared.state), 0);
+    law.run(samples.data(), 1000, expectedFast, expectedSlow);
+    SonvexAverage dropped = fastStart;
+    SonvexAverage droppedToo = slowStart;
+    law.run(samples.data() + 1000, 1000, dropped, droppedToo);
+    EXPECT_EQ(sonvexSoundLevel_32f(samples.data() + 2000, 1000, shared.state, &fast, &slow), 0);
+    law.run(samples.data() + 2000, 1000, expectedFast, expectedSlow);
+    expectNear(fast, expectedFast);
+    expectNear(slow, expectedSlow);
+}
+
+TEST_P(LevelKernels, BearTapsOfAnySize) {
+    // Products of such b0 leave the range of a double, the signal does not.
+    const double taps[18] = {1e-170, 1e-171, 0, 1, -0.5, 0.1, 1e-160, 0, 0, 1, 0, 0, 1e300, 0, 0, 1, -0.9, 0};
+    std::vector<Ipp8u> memory(20000);
+    IppsIIRState_64f *state = nullptr;
+    ASSERT_EQ(ippsIIRInit_BiQuad_64f(&state, taps, 3, nullptr, memory.data()), 0);
+    std::vector<double> values(500, 1e100);
+    ASSERT_EQ(ippsIIR_64f(values.data(), values.data(), 500, state), 0);
+    EXPECT_NEAR(values.back(), 1e100 * 1.1e-170 / 0.6 * 1e-160 * 1e300 / 0.1, 1e60);
+}
+
+TEST_P(LevelKernels, EndInZeroAndPassInvalidValuesOn) {
+    Filter filter(3);
+    SonvexAverage fast{0.5, 0.5, 1e-285, 0};
+    SonvexAverage slow{0.999, 0.001, 1e-200, 0};
+    std::vector<float> samples(1000, 0.0F);
+    EXPECT_EQ(sonvexSoundLevel_32f(samples.data(), 1000, filter.state, &fast, &slow), 0);
+    EXPECT_EQ(fast.average, 0.0);
+    EXPECT_NEAR(slow.average / (1e-200 * std::pow(0.999, 1000)), 1, 1e-10);
+    EXPECT_NEAR(fast.peak / 5e-286, 1, 1e-10);
+    fast = slow = fastStart;
+    samples[0] = 1;
+    samples[500] = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(sonvexSoundLevel_32f(samples.data(), 1000, nullptr, &fast, &slow), 0);
+    EXPECT_TRUE(std::isnan(fast.average));
+    EXPECT_NEAR(fast.peak, fastStart.input, 1e-12);
+}
+
+TEST_P(LevelKernels, RefuseInTheOrderOfTheFaultsAndChangeNothing) {
+    Filter filter(2);
+    Ipp32u noState[64] = {};
+    auto *const wrong = reinterpret_cast<IppsIIRState_64f *>(noState);
+    const float sample = 1;
+    SonvexAverage good = fastStart;
+    for (SonvexAverage bad : {SonvexAverage{1.1, 1, 0, 0}, {-0.1, 1, 0, 0}, {0.5, 0, 0, 0}, {0.5, -1, 0, 0}}) {
+        EXPECT_EQ(sonvexSoundLevel_32f(&sample, 1, filter.state, &good, &bad), ippStsBadArgErr);
+        EXPECT_EQ(sonvexSoundLevel_32f(&sample, 1, filter.state, &bad, &good), ippStsBadArgErr);
+        EXPECT_EQ(sonvexSoundLevel_32f(&sample, 1, wrong, &bad, &good), ippStsContextMatchErr);
+        for (const int len : {0, -1, INT_MIN}) {
+            EXPECT_EQ(sonvexSoundLevel_32f(&sample, len, wrong, &bad, &good), ippStsSizeErr);
+            EXPECT_EQ(sonvexSoundLevel_32f(nullptr, len, wrong, &good, &good), ippStsNullPtrErr);
+            EXPECT_EQ(sonvexSoundLevel_32f(&sample, len, wrong, nullptr, &good), ippStsNullPtrErr);
+            EXPECT_EQ(sonvexSoundLevel_32f(&sample, len, wrong, &good, nullptr), ippStsNullPtrErr);
+        }
+        EXPECT_EQ(bad.average + bad.peak + good.average + good.peak, 0.0);
+    }
+}
+
+TEST_P(LevelKernels, ScalePowersInSinglePrecision) {
+    for (std::size_t length = 1; length < 70; ++length) {
+        Guarded<float> bins(2 * length, 4);
+        Guarded<double> powers(length, 8);
+        bins.fill(noise<float>(2 * length));
+        auto *const source = reinterpret_cast<Ipp32fc *>(bins.get());
+        ASSERT_EQ(sonvexScaledPower_32fc64f(source, 5.334F, powers.get(), static_cast<int>(length)), 0);
+        for (std::size_t n = 0; n < length; ++n) {
+            const auto re = static_cast<double>(bins[2 * n]);
+            const auto im = static_cast<double>(bins[2 * n + 1]);
+            const double power = static_cast<double>(5.334F) * (re * re + im * im);
+            ASSERT_NEAR(powers[n], power, 2e-7 * power);
+            ASSERT_EQ(powers[n], static_cast<double>(static_cast<float>(powers[n])));
+        }
+        ASSERT_TRUE(bins.isIntact() && powers.isIntact());
+    }
+    Ipp32fc bin{};
+    double power = 0;
+    EXPECT_EQ(sonvexScaledPower_32fc64f(nullptr, 1, &power, 0), ippStsNullPtrErr);
+    EXPECT_EQ(sonvexScaledPower_32fc64f(&bin, 1, nullptr, 0), ippStsNullPtrErr);
+    EXPECT_EQ(sonvexScaledPower_32fc64f(&bin, 1, &power, 0), ippStsSizeErr);
+}
+
+TEST_P(LevelKernels, MoveAnAverageByTheQuotientToTheLastDigit) {
+    for (const double amount : {2.0, 3.0, 10.0, 16.0, 100.0, 1048576.0, 4294967295.0}) {
+        for (std::size_t length = 1; length < 20; ++length) {
+            const std::vector<double> values = noise<double>(3 * length);
+            Guarded<double> newest(length, 8);
+            Guarded<double> oldest(length, 16);
+            Guarded<double> average(length, 24);
+            newest.fill({values.begin(), values.begin() + static_cast<std::ptrdiff_t>(length)});
+            oldest.fill({values.begin() + static_cast<std::ptrdiff_t>(length),
+                         values.begin() + static_cast<std::ptrdiff_t>(2 * length)});
+            average.fill({values.begin() + static_cast<std::ptrdiff_t>(2 * length), values.end()});
+            const int len = static_cast<int>(length);
+            ASSERT_EQ(sonvexMoveAverage_64f(newest.get(), oldest.get(), average.get(), amount, len), 0);
+            for (std::size_t n = 0; n < length; ++n) {
+                const double moved = values[2 * length + n] + (values[n] - values[length + n]) / amount;
+                ASSERT_EQ(average[n], moved) << amount << ", value " << n << " of " << length;
+                ASSERT_EQ(oldest[n], moved);
+                ASSERT_EQ(newest[n], values[n]);
+            }
+            ASSERT_TRUE(newest.isIntact() && oldest.isIntact() && average.isIntact());
+        }
+    }
+    double value = 0;
+    EXPECT_EQ(sonvexMoveAverage_64f(nullptr, &value, &value, 0, 0), ippStsNullPtrErr);
+    EXPECT_EQ(sonvexMoveAverage_64f(&value, nullptr, &value, 0, 0), ippStsNullPtrErr);
+    EXPECT_EQ(sonvexMoveAverage_64f(&value, &value, nullptr, 0, 0), ippStsNullPtrErr);
+    EXPECT_EQ(sonvexMoveAverage_64f(&value, &value, &value, 0, 0), ippStsSizeErr);
+    EXPECT_EQ(sonvexMoveAverage_64f(&value, &value, &value, 0, 1), ippStsDivByZeroErr);
+}
+
+} // namespace
