@@ -6,6 +6,7 @@
 
 #include <sonvex/version.h>
 
+#include "analyser/Text.h"
 #include "common/CommandLine.h"
 #include "common/MacAddress.h"
 #include "common/Refusal.h"
@@ -15,11 +16,10 @@ namespace analyser {
 
 namespace {
 
-constexpr unsigned maximumAmount = 1U << 24U;
+constexpr unsigned maximumBuffer = 1U << 25U; // samples
 constexpr unsigned maximumSamplesPerPacket = 32767;
 constexpr unsigned maximumMilliseconds = std::numeric_limits<int>::max();
 constexpr double maximumSeconds = maximumMilliseconds / 1000.0;
-constexpr unsigned sampleRate = 48000;
 
 constexpr char generalHelp[] =
     "Usage: sonvex-analyser COMMAND [options]\n"
@@ -27,7 +27,7 @@ constexpr char generalHelp[] =
     "\n"
     "Commands:\n"
     "  devices  Lists the network adapters.\n"
-    "  monitor  Shows the waveforms of live channels.\n"
+    "  monitor  Shows waveforms, power spectra and sound levels of live channels.\n"
     "\n"
     "Options:\n"
     "  -h, --help     Displays this help; after a command, the help of the command.\n"
@@ -39,22 +39,12 @@ constexpr char generalHelp[] =
     throw common::Refusal(text);
 }
 
-std::vector<std::string> split(const std::string &text, char separator) {
-    std::vector<std::string> parts;
-    std::size_t begin = 0;
-    for (std::size_t end = 0; end != std::string::npos; begin = end + 1) {
-        end = text.find(separator, begin);
-        parts.push_back(text.substr(begin, end - begin));
-    }
-    return parts;
-}
-
 std::string parseMac(const std::string &text, const std::string &what) {
     return common::toString(common::parseMacAddress(text, what));
 }
 
 StreamOptions parseStream(const std::string &text) {
-    const auto parts = split(text, ',');
+    const auto parts = text::split(text, ',');
     StreamOptions stream;
     stream.mac = parseMac(parts.front(), "--stream");
     std::vector<std::string> seen;
@@ -93,51 +83,8 @@ std::vector<StreamOptions> parseStreams(const std::vector<std::string> &values) 
     return streams;
 }
 
-WaveformOptions parseWaveform(const std::string &text, const std::vector<StreamOptions> &streams) {
-    const auto at = text.find('@');
-    const auto parts = split(text.substr(0, at), ':');
-    if (parts.size() != 2) {
-        refuse("--waveform '" + text + "' is not of the form CHANNEL:AMOUNT[@MAC]");
-    }
-    WaveformOptions waveform;
-    waveform.channel =
-        static_cast<unsigned char>(common::parseNumber<unsigned>(parts[0], "--waveform channel", 0, 254));
-    waveform.amount = common::parseNumber<unsigned>(parts[1], "--waveform amount", 1, maximumAmount);
-    waveform.mac = at == std::string::npos ? streams.front().mac : parseMac(text.substr(at + 1), "--waveform");
-
-    const auto stream = std::find_if(streams.begin(), streams.end(),
-                                     [&](const auto &candidate) { return candidate.mac == waveform.mac; });
-    if (stream == streams.end()) {
-        refuse("--waveform '" + text + "' names a stream that no --stream gives");
-    }
-    if (waveform.channel >= stream->channels) {
-        refuse("--waveform '" + text + "': the stream " + stream->mac + " has the channels 0 to " +
-               std::to_string(stream->channels - 1) + " only");
-    }
-    return waveform;
-}
-
-std::vector<WaveformOptions> parseWaveforms(const std::vector<std::string> &values,
-                                            const std::vector<StreamOptions> &streams) {
-    std::vector<WaveformOptions> waveforms;
-    for (const std::string &value : values) {
-        const WaveformOptions waveform = parseWaveform(value, streams);
-        if (std::any_of(waveforms.begin(), waveforms.end(), [&](const auto &other) {
-                return other.mac == waveform.mac && other.channel == waveform.channel;
-            })) {
-            refuse("channel " + std::to_string(waveform.channel) + " of the stream " + waveform.mac +
-                   " has two waveforms, it can have one");
-        }
-        waveforms.push_back(waveform);
-    }
-    if (waveforms.empty()) {
-        refuse("monitor needs a --waveform CHANNEL:AMOUNT[@MAC]");
-    }
-    return waveforms;
-}
-
 ClockOptions parseClock(const std::string &text) {
-    const auto parts = split(text, ':');
+    const auto parts = text::split(text, ':');
     if (parts.size() == 2 && parts[0] == "external") {
         return {false,
                 common::parseNumber<unsigned>(parts[1], "--clock external", 1, std::numeric_limits<unsigned>::max())};
@@ -206,12 +153,25 @@ void addMonitorOptions(common::CommandLine &line) {
         "the first one. May be repeated, once for each channel.",
         "waveform");
     line.addOption(
+        "spectrum",
+        "CHANNEL:ORDER[:average=cycles:N|ms:N][@MAC]: the power spectrum of 2^ORDER samples of a channel, ORDER 1 to "
+        "24, through a Hann window; averaged over N results or milliseconds if wanted.",
+        "spectrum");
+    line.addOption(
+        "levels",
+        "CHANNEL[@MAC]: the A, C and Z levels of a channel with fast and slow time weighting, without a gap: "
+        "one result for six times the samples of the external clock. The internal clock does not drive them.",
+        "levels");
+    line.addOption("reference",
+                   "What 0 dBFS at this channel is in dB SPL, from a calibration: levels and spectra then show dB SPL.",
+                   "dB");
+    line.addOption(
         "clock",
         "When results come: external:SAMPLES, after each so many samples of the channel (external:480), or "
         "internal:MS, in a period of milliseconds. The internal one goes on when no frames arrive: that a talker has "
         "stopped can't be known then.",
         "clock");
-    line.addOption("buffer", "Samples that the buffer of each channel holds (one second more than the longest curve).",
+    line.addOption("buffer", "Samples that the buffer of each channel holds (one second more than the longest result).",
                    "samples");
     line.addOption("seconds", "Ends after so many seconds; without, Ctrl-C does.", "seconds");
     line.addOption("format", "live (a view that redraws in place, the default), json (one object per line) or csv.",
@@ -219,10 +179,32 @@ void addMonitorOptions(common::CommandLine &line) {
     line.addOption("output", "Writes to <file> in place of the standard output.", "file");
 }
 
+unsigned parseBuffer(const common::CommandLine &line, const std::vector<AnalysisOptions> &analyses) {
+    unsigned longest = 0;
+    for (const auto &analysis : analyses) {
+        longest = std::max(longest, analysis.amount);
+    }
+    const auto given = line.single("buffer");
+    if (!given) {
+        return longest + static_cast<unsigned>(sampleRate);
+    }
+    const auto size = common::parseNumber<unsigned>(*given, "--buffer", 0, maximumBuffer);
+    for (const auto &analysis : analyses) {
+        if (analysis.kind == AnalysisKind::spectrum && analysis.amount > size) {
+            refuse("--buffer " + *given + " holds no block of the spectrum of order " + std::to_string(analysis.order) +
+                   ", which needs " + std::to_string(analysis.amount) + " samples");
+        }
+    }
+    return size;
+}
+
 Command parseMonitor(const QStringList &arguments) {
     common::CommandLine line(
-        "Shows the waveforms of live channels. Values have a full scale of +-1.0. Packets missed are counted where a "
-        "frame breaks the sequence of its stream, so a repeated frame counts, too.");
+        "Shows waveforms, power spectra and sound levels of live channels. Values have a full scale of +-1.0; 0 dBFS "
+        "is a mean square of 1.0, so a sine at full scale has -3.01 dBFS, as a level and as the power of its peak in a "
+        "spectrum. Each level is the highest of its results' time; max is the highest since the start, and eq the mean "
+        "of their energies. JSON and CSV hold values as the library gives them: linear power, and levels in dBFS. "
+        "Packets missed are counted where a frame breaks the sequence of its stream, so a repeated frame counts, too.");
     addCommonOptions(line, "monitor");
     addMonitorOptions(line);
     line.parse(arguments);
@@ -235,15 +217,14 @@ Command parseMonitor(const QStringList &arguments) {
         refuse("monitor needs a --device NAME (the command devices lists them)");
     }
     options.streams = parseStreams(line.all("stream"));
-    options.waveforms = parseWaveforms(line.all("waveform"), options.streams);
     if (const auto clock = line.single("clock")) {
         options.clock = parseClock(*clock);
     }
-    for (const auto &waveform : options.waveforms) {
-        options.bufferSize = std::max(options.bufferSize, waveform.amount + sampleRate);
-    }
-    if (const auto buffer = line.single("buffer")) {
-        options.bufferSize = common::parseNumber<unsigned>(*buffer, "--buffer", 0, 2 * maximumAmount);
+    options.analyses =
+        parseAnalyses(line.all("waveform"), line.all("spectrum"), line.all("levels"), {options.streams, options.clock});
+    options.bufferSize = parseBuffer(line, options.analyses);
+    if (const auto reference = line.single("reference")) {
+        options.reference = common::parseNumber<double>(*reference, "--reference", -300, 300);
     }
     if (const auto seconds = line.single("seconds")) {
         options.seconds = common::parseNumber<double>(*seconds, "--seconds", 0.001, maximumSeconds);
@@ -256,10 +237,6 @@ Command parseMonitor(const QStringList &arguments) {
 }
 
 } // namespace
-
-std::string ClockOptions::toString() const {
-    return internal ? "internal:" + std::to_string(period) + " ms" : "external:" + std::to_string(period) + " samples";
-}
 
 Command parseCommandLine(const QStringList &arguments) {
     const std::string command = arguments.size() > 1 ? arguments[1].toStdString() : "";

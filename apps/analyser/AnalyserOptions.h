@@ -7,6 +7,8 @@
 
 #include <QStringList>
 
+#include "analyser/AnalysisOptions.h"
+
 namespace analyser {
 
 enum class Format { live, json, csv, text };
@@ -17,37 +19,13 @@ struct LogOptions {
     std::string file;
 };
 
-struct StreamOptions {
-    /// 12 lower-case hexadecimal digits.
-    std::string mac;
-    unsigned channels = 2;
-    /// In one packet.
-    unsigned samplesPerChannel = 6;
-};
-
-struct WaveformOptions {
-    /// From 0.
-    unsigned char channel = 0;
-    /// Samples of one result.
-    unsigned amount = 0;
-    /// The stream's address.
-    std::string mac;
-};
-
-struct ClockOptions {
-    bool internal = false;
-    /// Milliseconds of the internal clock, samples of the external one.
-    unsigned period = 480;
-
-    /// For the eye, with the unit.
-    std::string toString() const;
-};
-
 struct MonitorOptions {
     std::string device;
     std::vector<StreamOptions> streams;
-    std::vector<WaveformOptions> waveforms;
+    std::vector<AnalysisOptions> analyses;
     ClockOptions clock;
+    /// What 0 dB full scale is in dB SPL.
+    std::optional<double> reference;
     /// In samples.
     unsigned bufferSize = 0;
     /// Endless without.

@@ -29,10 +29,14 @@ std::string character(unsigned bits) {
 } // namespace
 
 std::vector<std::string> brailleCurve(const std::vector<double> &values, double scale, std::size_t columns,
-                                      std::size_t rows) {
+                                      std::size_t rows, const std::vector<double> &marks) {
     std::vector<std::vector<unsigned>> cells(rows, std::vector<unsigned>(columns));
     const std::size_t width = columns * dotsAcross;
     const int height = static_cast<int>(rows * dotsDown);
+    const auto set = [&cells](std::size_t x, int y) {
+        const auto row = static_cast<std::size_t>(y);
+        cells[row / dotsDown][x / dotsAcross] |= dotBits[x % dotsAcross][row % dotsDown];
+    };
     int before = 0; // where the column on the left ends
     for (std::size_t x = 0; x < width && height > 0 && !values.empty(); ++x) {
         const std::size_t first = x * values.size() / width;
@@ -50,9 +54,14 @@ std::vector<std::string> brailleCurve(const std::vector<double> &values, double 
             bottom = std::max(bottom, before - 1);
         }
         before = row;
-        for (auto y = static_cast<std::size_t>(top); y <= static_cast<std::size_t>(bottom); ++y) {
-            cells[y / dotsDown][x / dotsAcross] |= dotBits[x % dotsAcross][y % dotsDown];
+        for (int y = top; y <= bottom; ++y) {
+            set(x, y);
         }
+    }
+    for (std::size_t x = 0; x < width && height > 0 && !marks.empty(); ++x) {
+        const auto first = marks.begin() + static_cast<std::ptrdiff_t>(x * marks.size() / width);
+        const auto end = marks.begin() + static_cast<std::ptrdiff_t>((x + 1) * marks.size() / width);
+        set(x, dotRow(*std::max_element(first, std::max(end, first + 1)), scale, height));
     }
     std::vector<std::string> lines;
     for (const auto &row : cells) {

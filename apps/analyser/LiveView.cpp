@@ -7,10 +7,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <sonvex/IVectorData.h>
 #include <sonvex/version.h>
 
-#include "analyser/BrailleCurve.h"
 #include "analyser/Output.h"
 #include "analyser/Text.h"
 #include "common/writeIfReady.h"
@@ -27,18 +25,6 @@ constexpr char clearToScreenEnd[] = "\x1b[J";
 
 constexpr int redrawPeriod = 70; // ms
 constexpr std::size_t shownMessages = 3;
-constexpr double finestScale = 1.0 / 4096;
-
-/// The next power of two that holds the peak. It shrinks late, so that the view doesn't flicker.
-double fittingScale(double scale, double peak) {
-    while (scale < peak) {
-        scale *= 2;
-    }
-    while (scale > finestScale && peak < scale / 4) {
-        scale /= 2;
-    }
-    return std::min(scale, 1.0);
-}
 
 } // namespace
 
@@ -84,10 +70,12 @@ void LiveView::leaveScreen() {
     }
 }
 
+void LiveView::begin(const std::vector<Analysis> &analyses) {
+    panels = makePanels(analyses, options);
+}
+
 void LiveView::result(const Result &result) {
-    auto &curve = curves[result.analysis.name];
-    curve.values = result.data.getY();
-    curve.scale = fittingScale(curve.scale, peakOf(curve.values));
+    panels.at(result.analysis.name)->take(result.data);
     drawSoon();
 }
 
@@ -142,14 +130,14 @@ void LiveView::draw() {
         append(news, message);
     }
 
-    // A head and two rows of curve are the least that says something; what has no room isn't drawn.
+    // A head and two rows are the least that says something; what has no room isn't drawn.
     constexpr std::size_t leastRows = 3;
     const std::size_t fixedRows = lines.size() + news.size();
     const std::size_t room = size.rows > fixedRows ? size.rows - fixedRows : 0;
     const std::size_t shown =
         std::clamp<std::size_t>(room / leastRows, 1, std::max<std::size_t>(latest.analyses.size(), 1));
     for (std::size_t i = 0; i < std::min(shown, latest.analyses.size()); ++i) {
-        const auto part = curveLines(latest.analyses[i], {size.columns, room / shown});
+        const auto part = panelLines(latest.analyses[i], {size.columns, room / shown});
         lines.insert(lines.end(), part.begin(), part.end());
     }
     lines.insert(lines.end(), news.begin(), news.end());
@@ -163,20 +151,13 @@ void LiveView::draw() {
     output.write(screen + clearToScreenEnd);
 }
 
-std::vector<std::string> LiveView::curveLines(const AnalysisProgress &entry, Size size) {
-    const auto &curve = curves[entry.name];
-    const std::string upper = "+" + text::fixed(curve.scale, 4) + " ";
-    const std::string lower = "-" + text::fixed(curve.scale, 4) + " ";
-    auto lines = text::wrapped(entry.name + "  " + entry.state + "  " + text::fixed(entry.resultsPerSecond, 1) +
-                                   " results/s  peak " + text::fixed(peakOf(curve.values), 4),
-                               size.columns - 1);
-    const std::size_t rows = size.rows > lines.size() ? size.rows - lines.size() : 0;
-    const std::size_t columns = size.columns > upper.size() + 1 ? size.columns - upper.size() - 1 : 0;
-    const auto drawn = brailleCurve(curve.values, curve.scale, columns, rows);
-    for (std::size_t row = 0; row < rows; ++row) {
-        const bool edge = row == 0 || row + 1 == rows;
-        lines.push_back((!edge ? std::string(upper.size(), ' ') : (row == 0 ? upper : lower)) + drawn[row]);
-    }
+std::vector<std::string> LiveView::panelLines(const AnalysisProgress &entry, Size size) {
+    Panel &panel = *panels.at(entry.name);
+    const std::size_t columns = size.columns - 1;
+    std::vector<std::string> lines{entry.name + "  " + entry.state + "  " + text::fixed(entry.resultsPerSecond, 1) +
+                                   " results/s  " + panel.takeHeadline()};
+    const auto drawn = panel.draw(columns, size.rows > lines.size() ? size.rows - lines.size() : 0);
+    lines.insert(lines.end(), drawn.begin(), drawn.end());
     return lines;
 }
 

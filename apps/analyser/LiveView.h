@@ -1,13 +1,13 @@
 #pragma once
 
 #include <deque>
-#include <map>
 #include <optional>
 
 #include <termios.h>
 
 #include <QTimer>
 
+#include "analyser/Panel.h"
 #include "analyser/ResultSink.h"
 
 namespace analyser {
@@ -21,6 +21,7 @@ public:
     /// Whether @p output goes to a terminal that can redraw.
     static bool isPossible(const Output &output);
 
+    void begin(const std::vector<Analysis> &analyses) override;
     void result(const Result &result) override;
     void message(const sonvex::imessages::IBaseMessage &message) override;
     void progress(const Progress &progress) override;
@@ -31,10 +32,6 @@ public:
     void resized() override { drawSoon(); }
 
 private:
-    struct Curve {
-        std::vector<double> values;
-        double scale = 1.0;
-    };
     struct Size {
         std::size_t columns;
         std::size_t rows;
@@ -43,12 +40,12 @@ private:
     void drawSoon();
     void draw();
     Size windowSize() const;
-    std::vector<std::string> curveLines(const AnalysisProgress &entry, Size size);
+    std::vector<std::string> panelLines(const AnalysisProgress &entry, Size size);
 
     const MonitorOptions &options;
     Progress latest;
-    std::map<std::string, Curve> curves; // by the analysis
-    std::deque<std::string> messages;    // the newest
+    Panels panels;
+    std::deque<std::string> messages; // the newest
     QTimer redraw;
     std::optional<termios> terminalBefore; // while the screen is entered
 };

@@ -22,17 +22,6 @@ namespace analyser {
 namespace {
 
 constexpr int tickPeriod = 1000; // ms
-constexpr double sampleRate = 48000.0;
-
-std::string shortBufferNote(const MonitorOptions &options) {
-    unsigned longest = 0;
-    for (const auto &waveform : options.waveforms) {
-        longest = std::max(longest, waveform.amount);
-    }
-    return options.bufferSize >= longest ? ""
-                                         : "the buffer holds " + std::to_string(options.bufferSize) +
-                                               " samples, so curves of more are cut to that";
-}
 
 } // namespace
 
@@ -44,7 +33,7 @@ Monitor::~Monitor() = default;
 
 std::unique_ptr<ResultSink> Monitor::makeSink() {
     if (options.format == Format::json) {
-        return std::make_unique<JsonSink>(output);
+        return std::make_unique<JsonSink>(output, options);
     }
     if (options.format == Format::csv) {
         return std::make_unique<CsvSink>(output, options);
@@ -54,7 +43,7 @@ std::unique_ptr<ResultSink> Monitor::makeSink() {
     if (LiveView::isPossible(output) && !logInTheWay) {
         return std::make_unique<LiveView>(output, options);
     }
-    return std::make_unique<PlainView>(output);
+    return std::make_unique<PlainView>(output, options);
 }
 
 int Monitor::run() {
@@ -72,7 +61,7 @@ int Monitor::run() {
     session.onResult([this](const Result &result) { sink->result(result); });
     session.onMessage([this](const auto &message) { sink->message(message); });
 
-    const std::string note = shortBufferNote(options);
+    const std::string note = describeLimits(options.analyses, options.bufferSize);
     if (!note.empty() && !sink->needsScreen()) {
         common::complain(note);
     }
@@ -118,7 +107,7 @@ void Monitor::tick() {
 }
 
 bool Monitor::isOverdue(const Analysis &analysis) const {
-    const double period = options.clock.period / (options.clock.internal ? 1000.0 : sampleRate);
+    const double period = analysis.options.clock.seconds() * analysis.options.cyclesPerResult();
     const std::chrono::duration<double> silence = std::chrono::steady_clock::now() - analysis.lastSign;
     return silence.count() >= std::max(Diagnosis::patience, 2 * period);
 }
@@ -135,7 +124,8 @@ Progress Monitor::measure() {
     }
     const double elapsed = progress.seconds - latest.seconds;
     for (const auto &analysis : session.analyses()) {
-        AnalysisProgress entry{analysis.name, analysis.stream, analysis.channel, analysis.results, 0.0, "running"};
+        AnalysisProgress entry{analysis.name, analysis.options.mac, analysis.options.channel, analysis.results, 0.0,
+                               "running"};
         const std::size_t index = progress.analyses.size();
         if (elapsed > 0.0 && index < latest.analyses.size()) {
             entry.resultsPerSecond = static_cast<double>(entry.results - latest.analyses[index].results) / elapsed;
@@ -157,9 +147,19 @@ std::string Monitor::conditions() {
     facts.seconds = session.seconds();
     facts.log = LogObserver::shared().facts();
     for (const auto &analysis : session.analyses()) {
-        facts.channels.push_back({analysis.stream, analysis.channel, isOverdue(analysis)});
-        if (const auto declared = session.declaredChannels(analysis.stream)) {
-            facts.declaredChannels[analysis.stream] = *declared;
+        const std::string &stream = analysis.options.mac;
+        const unsigned channel = analysis.options.channel;
+        // The analyses of a channel are silent for the same reason, which is said once.
+        const auto known = std::find_if(facts.channels.begin(), facts.channels.end(), [&](const auto &other) {
+            return other.stream == stream && other.channel == channel;
+        });
+        if (known == facts.channels.end()) {
+            facts.channels.push_back({stream, channel, isOverdue(analysis)});
+        } else {
+            known->overdue = known->overdue || isOverdue(analysis);
+        }
+        if (const auto declared = session.declaredChannels(stream)) {
+            facts.declaredChannels[stream] = *declared;
         }
     }
     std::set<std::string> keys;
@@ -175,7 +175,7 @@ std::string Monitor::conditions() {
         common::complain("results arrive from every channel");
     }
     said = keys;
-    return text.empty() ? shortBufferNote(options) : text;
+    return text.empty() ? describeLimits(options.analyses, options.bufferSize) : text;
 }
 
 } // namespace analyser

@@ -1,17 +1,16 @@
 #include "analyser/PlainView.h"
 
-#include <algorithm>
-
-#include <sonvex/IVectorData.h>
-
 #include "analyser/Output.h"
 #include "analyser/Text.h"
 
 namespace analyser {
 
+void PlainView::begin(const std::vector<Analysis> &analyses) {
+    panels = makePanels(analyses, options);
+}
+
 void PlainView::result(const Result &result) {
-    double &peak = peaks[result.analysis.name];
-    peak = std::max(peak, peakOf(result.data.getY()));
+    panels.at(result.analysis.name)->take(result.data);
 }
 
 void PlainView::message(const sonvex::imessages::IBaseMessage &message) {
@@ -22,10 +21,9 @@ void PlainView::progress(const Progress &progress) {
     std::string lines;
     for (const auto &entry : progress.analyses) {
         lines += text::fixed(progress.seconds, 1) + " s  " + entry.name + "  " + entry.state + "  " +
-                 text::fixed(entry.resultsPerSecond, 1) + " results/s  peak " + text::fixed(peaks[entry.name], 4) +
+                 text::fixed(entry.resultsPerSecond, 1) + " results/s  " + panels.at(entry.name)->takeHeadline() +
                  "  messages " + std::to_string(progress.messages) + '\n';
     }
-    peaks.clear();
     output.write(lines);
 }
 

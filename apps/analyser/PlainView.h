@@ -1,7 +1,6 @@
 #pragma once
 
-#include <map>
-
+#include "analyser/Panel.h"
 #include "analyser/ResultSink.h"
 
 namespace analyser {
@@ -9,15 +8,17 @@ namespace analyser {
 /// The live view where the output is no terminal: a line per analysis and second.
 class PlainView : public ResultSink {
 public:
-    using ResultSink::ResultSink;
+    PlainView(Output &newOutput, const MonitorOptions &newOptions) : ResultSink(newOutput), options(newOptions) {}
 
+    void begin(const std::vector<Analysis> &analyses) override;
     void result(const Result &result) override;
     void message(const sonvex::imessages::IBaseMessage &message) override;
     void progress(const Progress &progress) override;
     void summary(const Progress &progress) override;
 
 private:
-    std::map<std::string, double> peaks; // since the last line, by the analysis
+    const MonitorOptions &options;
+    Panels panels;
 };
 
 } // namespace analyser

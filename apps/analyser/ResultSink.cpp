@@ -1,8 +1,5 @@
 #include "analyser/ResultSink.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "analyser/Text.h"
 
 namespace analyser {
@@ -10,14 +7,6 @@ namespace analyser {
 ResultSink::ResultSink(Output &newOutput) : output(newOutput) {}
 
 ResultSink::~ResultSink() = default;
-
-double peakOf(const std::vector<double> &values) {
-    double peak = 0.0;
-    for (const double value : values) {
-        peak = std::max(peak, std::abs(value));
-    }
-    return peak;
-}
 
 std::string summaryText(const Progress &progress, const std::string &linePrefix) {
     const RefusedFrames refused = progress.refused;

@@ -39,9 +39,6 @@ protected:
     Output &output;
 };
 
-/// The largest magnitude; 0 for no values.
-double peakOf(const std::vector<double> &values);
-
 /// The summary for the eye, one line each for the run and every analysis.
 std::string summaryText(const Progress &progress, const std::string &linePrefix);
 

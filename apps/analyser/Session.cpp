@@ -52,13 +52,27 @@ void Session::open() {
     for (const auto &stream : options.streams) {
         addStream(stream);
     }
-    for (const auto &waveform : options.waveforms) {
-        addWaveform(waveform);
+    for (const auto &analysis : options.analyses) {
+        switch (analysis.kind) {
+        case AnalysisKind::waveform:
+            addWaveform(analysis);
+            break;
+        case AnalysisKind::spectrum:
+            addSpectrum(analysis);
+            break;
+        case AnalysisKind::levels:
+            addLevels(analysis);
+            break;
+        }
     }
 }
 
 void Session::addStream(const StreamOptions &stream) {
-    const unsigned clockSamples = options.clock.internal ? 0 : options.clock.period;
+    unsigned clockSamples = 0;
+    for (const auto &analysis : options.analyses) {
+        // All external clocks are the same one.
+        clockSamples = analysis.clock.internal ? clockSamples : analysis.clock.period;
+    }
     auto &buffer = sonvex::IBufferConfiguration::createInstance(stream.mac, options.bufferSize, clockSamples);
     constexpr unsigned sampleSize = 2; // bytes
     auto &device = sonvex::IDeviceConfiguration::createInstance(stream.mac, buffer, sampleSize, stream.channels,
@@ -71,25 +85,44 @@ void Session::addStream(const StreamOptions &stream) {
     }
 }
 
-void Session::addWaveform(const WaveformOptions &waveform) {
+void Session::addWaveform(const AnalysisOptions &waveform) {
     using Config = sonvex::iprocess::IWaveformConfig;
-    auto &config = options.clock.internal ? Config::createInstance("waveform", waveform.amount, options.clock.period)
-                                          : Config::createInstance("waveform", waveform.amount);
-    addAnalysis("waveform", config, waveform);
+    addAnalysis(waveform.clock.internal
+                    ? Config::createInstance(waveform.type(), waveform.amount, waveform.clock.period)
+                    : Config::createInstance(waveform.type(), waveform.amount),
+                waveform);
 }
 
-void Session::addAnalysis(const std::string &type, sonvex::iprocess::IProcessorConfigBase &config,
-                          const WaveformOptions &waveform) {
+void Session::addSpectrum(const AnalysisOptions &spectrum) {
+    using Config = sonvex::iprocess::ISpectrumConfig;
+    auto &config = spectrum.clock.internal
+                       ? Config::createInstance(spectrum.type(), spectrum.amount, spectrum.clock.period)
+                       : Config::createInstance(spectrum.type(), spectrum.amount);
+    config.setFftOrder(spectrum.order);
+    addAnalysis(config, spectrum);
+    // A new processor starts with the window's size; set afterwards, a length counts too.
+    if (spectrum.averaging) {
+        if (spectrum.averaging->inCycles) {
+            config.setMovingAverageWindowSize(spectrum.averaging->window);
+        } else {
+            config.setMovingAverageWindowLength(spectrum.averaging->window);
+        }
+        config.setMovingAverageActive(true);
+    }
+}
+
+void Session::addLevels(const AnalysisOptions &levels) {
+    addAnalysis(sonvex::iprocess::ISoundLevelValueConfig::createInstance(levels.type(), levels.amount), levels);
+}
+
+void Session::addAnalysis(sonvex::iprocess::IProcessorConfigBase &config, const AnalysisOptions &settings) {
     Analysis analysis;
-    analysis.type = type;
-    analysis.name = type + '_' + waveform.mac + "_ch" + std::to_string(waveform.channel);
-    analysis.stream = waveform.mac;
-    analysis.channel = waveform.channel;
-    analysis.amount = waveform.amount;
+    analysis.options = settings;
+    analysis.name = settings.type() + '_' + settings.mac + "_ch" + std::to_string(settings.channel);
 
     auto &library = ISonvex::createInstance();
-    auto &handle = library.addProcessor(
-        sonvex::IProcessConfiguration::createInstance(analysis.name, config, waveform.mac, waveform.channel));
+    auto &handle = library.addProcessor(sonvex::IProcessConfiguration::createInstance(
+        analysis.name, config, settings.mac, static_cast<unsigned char>(settings.channel)));
     library.getMeteringDataSource(handle).bindChannelCallback(
         [this, index = all.size()](sonvex::IChannelData &data) { receiveResult(index, data); });
     processors.push_back(&handle);

@@ -32,14 +32,9 @@ namespace analyser {
 
 /// One processor on one channel.
 struct Analysis {
-    /// The kind of its results, "waveform".
-    std::string type;
+    AnalysisOptions options;
     /// Differs from that of every other analysis.
     std::string name;
-    std::string stream;
-    unsigned channel = 0;
-    /// Samples of one result.
-    unsigned amount = 0;
     std::uint64_t results = 0;
     /// Of the last result; of the start before the first one.
     std::chrono::steady_clock::time_point lastSign;
@@ -84,9 +79,10 @@ private:
     using Clock = std::chrono::steady_clock;
 
     void addStream(const StreamOptions &stream);
-    void addWaveform(const WaveformOptions &waveform);
-    void addAnalysis(const std::string &type, sonvex::iprocess::IProcessorConfigBase &config,
-                     const WaveformOptions &waveform);
+    void addWaveform(const AnalysisOptions &waveform);
+    void addSpectrum(const AnalysisOptions &spectrum);
+    void addLevels(const AnalysisOptions &levels);
+    void addAnalysis(sonvex::iprocess::IProcessorConfigBase &config, const AnalysisOptions &settings);
     void receiveResult(std::size_t index, sonvex::IChannelData &data);
     void receiveMessage(const std::shared_ptr<sonvex::imessages::IBaseMessage> &message);
 

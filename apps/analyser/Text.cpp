@@ -77,6 +77,16 @@ std::vector<std::string> wrapped(std::string_view value, std::size_t columns) {
     return lines;
 }
 
+std::vector<std::string> split(const std::string &value, char separator) {
+    std::vector<std::string> parts;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; end != std::string::npos; begin = end + 1) {
+        end = value.find(separator, begin);
+        parts.push_back(value.substr(begin, end - begin));
+    }
+    return parts;
+}
+
 std::string counted(std::uint64_t amount, const std::string &noun) {
     return std::to_string(amount) + ' ' + noun + (amount == 1 ? "" : "s");
 }

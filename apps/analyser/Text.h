@@ -22,6 +22,8 @@ std::string quoted(std::string_view value);
 std::string_view cut(std::string_view value, std::size_t columns);
 /// In lines of at most @p columns characters, broken at blanks where there are any.
 std::vector<std::string> wrapped(std::string_view value, std::size_t columns);
+/// The parts between separators, at least one.
+std::vector<std::string> split(const std::string &value, char separator);
 /// "1 packet", "2 packets".
 std::string counted(std::uint64_t amount, const std::string &noun);
 /// A message of the library for the eye, in one line.

@@ -1,5 +1,7 @@
 #include "analyser/AnalyserOptions.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "common/Refusal.h"
@@ -24,7 +26,7 @@ TEST(AnalyserOptions, fillInWhatTheCommandLineLeavesOut) {
     EXPECT_EQ(options.device, "lo");
     EXPECT_EQ(options.streams.at(0).channels, 2U);
     EXPECT_EQ(options.streams.at(0).samplesPerChannel, 6U);
-    EXPECT_EQ(options.waveforms.at(0).mac, "020000000001");
+    EXPECT_EQ(options.analyses.at(0).mac, "020000000001");
     EXPECT_FALSE(options.clock.internal);
     EXPECT_EQ(options.clock.period, 480U);
     EXPECT_GE(options.bufferSize, 48000U + 480U);
@@ -40,10 +42,10 @@ TEST(AnalyserOptions, readAllThatCanBeSaid) {
     EXPECT_EQ(options.streams.at(0).mac, "0200000000ab");
     EXPECT_EQ(options.streams.at(0).channels, 8U);
     EXPECT_EQ(options.streams.at(0).samplesPerChannel, 48U);
-    EXPECT_EQ(options.waveforms.at(0).channel, 7);
-    EXPECT_EQ(options.waveforms.at(0).mac, "0200000000ab");
-    EXPECT_EQ(options.waveforms.at(1).amount, 96000U);
-    EXPECT_EQ(options.waveforms.at(1).mac, "020000000002");
+    EXPECT_EQ(options.analyses.at(0).channel, 7);
+    EXPECT_EQ(options.analyses.at(0).mac, "0200000000ab");
+    EXPECT_EQ(options.analyses.at(1).amount, 96000U);
+    EXPECT_EQ(options.analyses.at(1).mac, "020000000002");
     EXPECT_TRUE(options.clock.internal);
     EXPECT_EQ(options.clock.period, 2147483647U);
     EXPECT_EQ(options.bufferSize, 5U);
@@ -52,6 +54,45 @@ TEST(AnalyserOptions, readAllThatCanBeSaid) {
     EXPECT_EQ(options.output, "a");
     EXPECT_EQ(options.log.file, "b");
     EXPECT_TRUE(options.log.verbose);
+}
+
+TEST(AnalyserOptions, giveEachKindItsAmountAndClock) {
+    const std::string analyses = "--stream 020000000001 --waveform 1:96 --spectrum 0:12:average=ms:500 "
+                                 "--spectrum 1:9:average=cycles:7 --levels 1 --levels 0 ";
+    for (const bool internal : {false, true}) {
+        const auto options = parseMonitor(analyses + (internal ? "--clock internal:50" : "--clock external:960"));
+        ASSERT_EQ(options.analyses.size(), 5U);
+        const auto &spectrum = options.analyses[1];
+        EXPECT_EQ(spectrum.type(), "spectrum");
+        EXPECT_EQ(spectrum.amount, 4096U);
+        EXPECT_EQ(spectrum.binWidth(), 11.71875);
+        EXPECT_EQ(spectrum.averaging->toString(), "ms:500");
+        EXPECT_EQ(options.analyses[2].averaging->toString(), "cycles:7");
+        EXPECT_EQ(spectrum.clock.toString(), internal ? "internal:50 ms" : "external:960 samples");
+        const auto &levels = options.analyses[3];
+        EXPECT_EQ(levels.channel, 1U);
+        EXPECT_EQ(levels.amount, internal ? 2880U : 5760U);
+        EXPECT_EQ(levels.clock.toString(), internal ? "external:480 samples" : "external:960 samples");
+        EXPECT_EQ(options.bufferSize, 48000U + std::max(levels.amount, 4096U));
+        EXPECT_FALSE(options.reference);
+    }
+    EXPECT_EQ(parseMonitor(analyses + "--reference 94.5").reference, 94.5);
+}
+
+TEST(AnalyserOptions, sayWhatCanNotBeHad) {
+    const auto limits = [](const std::string &line) {
+        const auto options = parseMonitor("--stream 020000000001 " + line);
+        return analyser::describeLimits(options.analyses, options.bufferSize);
+    };
+    EXPECT_EQ(limits("--waveform 0:480 --spectrum 0:9 --levels 0"), "");
+    EXPECT_EQ(limits("--spectrum 0:8 --spectrum 1:10"),
+              "spectra of 256 samples leave out 224 of each 480 samples of the clock");
+    EXPECT_EQ(limits("--waveform 0:480 --levels 0 --clock internal:20"),
+              "levels can't be measured on a timer and stay on the clock external:480 samples");
+    EXPECT_EQ(
+        limits("--waveform 0:3000 --levels 0 --levels 1 --buffer 2879"),
+        "the buffer holds 2879 samples, so curves of more are cut to that; the buffer holds 2879 samples, so levels "
+        "are not gapless: of each 2880 samples the last count as silence, and those before them are left out");
 }
 
 struct RefusedLine {
@@ -93,6 +134,22 @@ INSTANTIATE_TEST_SUITE_P(Streams, RefusedCommandLine,
                                          RefusedLine{WAVEFORM "--stream 020000000002,channels=2,channels=2", "twice"},
                                          RefusedLine{WAVEFORM "--stream 020000000002,rate=1", "'rate=1'"},
                                          RefusedLine{WAVEFORM "--stream 02-00-00-00-00-01", "twice"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    SpectraAndLevels, RefusedCommandLine,
+    testing::Values(RefusedLine{STREAM "--spectrum 0", "CHANNEL:ORDER"}, RefusedLine{STREAM "--spectrum 0:0", "'0'"},
+                    RefusedLine{STREAM "--spectrum 0:25", "'25'"}, RefusedLine{STREAM "--spectrum 2:10", "0 to 1"},
+                    RefusedLine{STREAM "--spectrum 0:10:average=4", "CHANNEL:ORDER"},
+                    RefusedLine{STREAM "--spectrum 0:10:average=days:4", "average=cycles:N"},
+                    RefusedLine{STREAM "--spectrum 0:10:average=cycles:1", "'1'"},
+                    RefusedLine{STREAM "--spectrum 0:10:average=ms:19", "2 to 10000 cycles, of 10 ms"},
+                    RefusedLine{STREAM "--spectrum 0:10:average=ms:100 --clock external:47", "external:48"},
+                    RefusedLine{STREAM "--spectrum 0:10 --spectrum 0:11", "two spectra"},
+                    RefusedLine{STREAM "--spectrum 0:12 --buffer 4095", "needs 4096 samples"},
+                    RefusedLine{STREAM "--levels 0:480", "CHANNEL[@MAC]"}, RefusedLine{STREAM "--levels 2", "0 to 1"},
+                    RefusedLine{STREAM "--levels 0 --levels 0@020000000001", "two sets of levels"},
+                    RefusedLine{STREAM "--levels 0 --clock external:4000000", "at most external:2796202"},
+                    RefusedLine{STREAM "--levels 0 --reference loud", "'loud'"}));
 
 INSTANTIATE_TEST_SUITE_P(
     WaveformsAndNumbers, RefusedCommandLine,

@@ -5,18 +5,17 @@
 
 #include <sonvex/sonvex.h>
 
-#include "support/Frames.h"
+#include "support/LiveStream.h"
 #include "support/LogRecorder.h"
 #include "support/waitFor.h"
-#include "talker/RawSocket.h"
 
 // The whole road, from frames on the loopback adapter to a host's callback, through the exported interface alone.
 namespace {
 
 using support::waitFor;
 
-constexpr unsigned samplesPerPacket = 6;
 constexpr unsigned blockSize = 480;
+constexpr unsigned samplesPerPacket = support::LiveStream::samplesPerPacket;
 constexpr unsigned packetsPerBlock = blockSize / samplesPerPacket;
 
 std::int16_t toneCode(std::size_t sample, unsigned channel) {
@@ -24,60 +23,19 @@ std::int16_t toneCode(std::size_t sample, unsigned channel) {
     return static_cast<std::int16_t>(std::lround(0.5 * 32767 * std::sin(angle)) + static_cast<long>(channel));
 }
 
-sonvex::INetworkDeviceInfo &loopback() {
-    auto &manager = sonvex::INetworkDeviceManager::createInstance();
-    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
-        if (manager.getDeviceInfo(index).getSystemDeviceName() == "lo") {
-            return manager.getDeviceInfo(index);
-        }
-    }
-    throw std::runtime_error("no loopback adapter");
-}
-
-/// A stream of its own on the process's one facade, with a talker for it.
-class Stream {
+/// A stream of tones, with signals every block.
+class Stream : public support::LiveStream {
 public:
-    explicit Stream(unsigned channels = 8)
-        : mac("0200000000" + std::to_string(++number)), channels(channels),
-          buffer(sonvex::IBufferConfiguration::createInstance("buffer", 48000, blockSize)),
-          device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, channels, samplesPerPacket)),
-          capture(ISonvex::createInstance().addRemoteStreamReceiver(
-              sonvex::IStreamConfiguration::createInstance("stream", mac, loopback(), device))) {}
-
-    /// Sends the next packets of the tone; the sequence and the samples of dropped ones are used up.
-    void send(unsigned packets, unsigned dropped = 0) {
-        packet += dropped;
-        for (unsigned i = 0; i < packets; ++i, ++packet) {
-            const auto frame = support::makeFrame(mac, static_cast<std::uint8_t>(packet), channels, samplesPerPacket,
-                                                  [this](unsigned sample, unsigned channel) {
-                                                      return toneCode(packet * samplesPerPacket + sample, channel);
-                                                  });
-            socket.send(frame.data(), frame.size());
-        }
-    }
+    explicit Stream(unsigned channels = 8) : LiveStream(channels, blockSize, toneCode) {}
 
     sonvex::ihandles::IProcessorHandle &addWaveform(unsigned char channel,
                                                     sonvex::iprocess::IWaveformConfig &config) const {
-        return ISonvex::createInstance().addProcessor(
-            sonvex::IProcessConfiguration::createInstance("waveform " + std::to_string(channel), config, mac, channel));
+        return add("waveform " + std::to_string(channel), config, channel);
     }
     sonvex::ihandles::IProcessorHandle &addWaveform(unsigned char channel) const {
         return addWaveform(channel, sonvex::iprocess::IWaveformConfig::createInstance("config", blockSize));
     }
-
-    const std::string mac;
-    const unsigned channels;
-    sonvex::IBufferConfiguration &buffer;
-    sonvex::IDeviceConfiguration &device;
-    sonvex::ihandles::INetworkReceiverHandle &capture;
-    talker::RawSocket socket{"lo"};
-    std::size_t packet = 0;
-
-private:
-    static int number;
 };
-
-int Stream::number = 10;
 
 /// What a host's callback sees.
 class Results {

@@ -1,0 +1,63 @@
+#include <algorithm>
+#include <cmath>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+#include "support/Program.h"
+
+// Both programs side by side, on a loopback adapter of their own.
+namespace {
+
+QJsonArray values(const QJsonObject &object, const char *key) {
+    return object.value(QLatin1String(key)).toArray();
+}
+
+TEST(Monitor, showsAllKindsOfAnalysesOfATone) {
+    support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "02:00:00:00:00:01", "--signal",
+                                            "sine:1000:1.0", "--signal", "silence"});
+    const auto result =
+        support::Program(ANALYSER_PROGRAM, {"monitor", "--device", "lo", "--stream", "020000000001", "--waveform",
+                                            "0:480", "--spectrum", "0:12", "--spectrum", "1:10:average=ms:100",
+                                            "--levels", "0", "--levels", "1", "--format", "json", "--seconds", "3"})
+            .wait();
+    talker.signal(15);
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    std::map<std::string, QJsonObject> last;
+    std::map<std::string, int> amounts;
+    for (const QByteArray &line : QByteArray::fromStdString(result.out).split('\n')) {
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        const auto key = object.value(QLatin1String("type")).toString().toStdString() +
+                         std::to_string(object.value(QLatin1String("channel")).toInt());
+        last[key] = object;
+        ++amounts[key];
+    }
+    EXPECT_EQ(values(last["settings0"], "analyses").size(), 5);
+    EXPECT_EQ(values(last["waveform0"], "y").size(), 480);
+    EXPECT_GT(amounts["waveform0"], 200);
+    EXPECT_GT(amounts["spectrum0"], 200);
+    EXPECT_GT(amounts["spectrum1"], 200);
+    EXPECT_NEAR(amounts["waveform0"], 6 * amounts["levels0"], 13);
+
+    const QJsonArray powers = values(last["spectrum0"], "y");
+    ASSERT_EQ(powers.size(), 2048);
+    const auto peak = std::max_element(powers.begin(), powers.end(),
+                                       [](const auto &a, const auto &b) { return a.toDouble() < b.toDouble(); });
+    EXPECT_EQ(peak - powers.begin(), 85); // 1000 Hz / 11.7 Hz
+    EXPECT_EQ(values(last["spectrum1"], "y").size(), 512);
+
+    const QJsonArray levels = values(last["levels0"], "y");
+    ASSERT_EQ(levels.size(), 7);
+    for (const int fast : {0, 2, 4, 6}) {
+        EXPECT_NEAR(levels.at(fast).toDouble(), -3.01, fast == 2 ? 0.03 : 0.01);
+    }
+    for (const auto &level : values(last["levels1"], "y")) {
+        EXPECT_TRUE(level.isNull());
+    }
+    EXPECT_EQ(values(last["levels1"], "names").size(), 7);
+}
+
+} // namespace

@@ -1,0 +1,226 @@
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/LiveStream.h"
+#include "support/LogRecorder.h"
+#include "support/waitFor.h"
+
+// All processors on both channels of a stream, for a minute in real time, while the host changes its mind.
+namespace {
+
+using support::waitFor;
+
+constexpr unsigned blockSize = 480;
+constexpr unsigned packetsPerBlock = blockSize / support::LiveStream::samplesPerPacket;
+constexpr unsigned blocksPerSecond = 100;
+
+struct Tone {
+    double frequency;
+    double amplitude;
+    double aWeight; ///< dB
+};
+constexpr Tone tones[] = {{1000.0, 0.5, 0.0}, {100.0, 0.1, -19.163}};
+
+std::int16_t toneCode(std::size_t sample, unsigned channel) {
+    const double seconds = static_cast<double>(sample % 48000) / 48000.0; // whole periods
+    const double value = tones[channel].amplitude * std::sin(2 * M_PI * tones[channel].frequency * seconds);
+    return static_cast<std::int16_t>(std::lround(32768 * value));
+}
+
+/// A processor that is added and started, and what has come from it.
+class Analysis {
+public:
+    /// @param cycles from one result to the next @param setUp cycles before
+    Analysis(const support::LiveStream &stream, std::string name, sonvex::iprocess::IProcessorConfigBase &config,
+             unsigned char channel, std::size_t cycles = 1, std::size_t setUp = 0)
+        : stream(stream), name(std::move(name)), config(config), channel(channel), cycles(cycles), setUp(setUp) {
+        add();
+        ISonvex::createInstance().getMeteringDataSource(*handle).bindChannelCallback(
+            [this](sonvex::IChannelData &data) {
+                ++results;
+                x = data.getVectorData().getX();
+                y = data.getVectorData().getY();
+            });
+    }
+
+    void add() {
+        handle = &stream.add(name, config, channel);
+        handle->start();
+        cycle = 0;
+    }
+
+    void remove() { ISonvex::createInstance().removeProcessor(*handle); }
+
+    /// Another block is about to be sent.
+    void expectCycle() {
+        if (handle->isProcessingActive() && ++cycle > setUp && (cycle - setUp) % cycles == 0) {
+            ++due;
+        }
+    }
+
+    /// Whether all results that are due have come, and no other.
+    bool isComplete() const { return results == due; }
+
+    const support::LiveStream &stream;
+    const std::string name;
+    sonvex::iprocess::IProcessorConfigBase &config;
+    const unsigned char channel;
+    const std::size_t cycles;
+    const std::size_t setUp;
+    sonvex::ihandles::IProcessorHandle *handle = nullptr;
+    std::size_t cycle = 0;
+    std::size_t due = 0;
+    std::size_t results = 0;
+    std::vector<double> x;
+    std::vector<double> y;
+};
+
+struct Channel {
+    Channel(const support::LiveStream &stream, unsigned char number)
+        : number(number), waveform(stream, "waveform", waveformConfig, number),
+          spectrum(stream, "spectrum", spectrumConfig, number), levels(stream, "levels", levelConfig, number, 6, 1) {}
+
+    /// The tone in the right bin, and its power within the window's main lobe.
+    void expectTone() const {
+        const unsigned order = spectrumConfig.getFftOrder();
+        const double binWidth = 48000.0 / (1U << order);
+        ASSERT_EQ(spectrum.y.size(), std::size_t{1} << (order - 1));
+        ASSERT_EQ(spectrum.x.size(), spectrum.y.size());
+        const auto peak = std::max_element(spectrum.y.begin(), spectrum.y.end()) - spectrum.y.begin();
+        EXPECT_NEAR(spectrum.x[static_cast<std::size_t>(peak)] * binWidth, tones[number].frequency, binWidth / 2);
+        double power = 0;
+        for (auto bin = std::max<std::ptrdiff_t>(peak - 3, 0); bin <= peak + 3; ++bin) {
+            power += spectrum.y[static_cast<std::size_t>(bin)];
+        }
+        EXPECT_NEAR(10 * std::log10(power), toneLevel(), 0.02) << "channel " << int{number} << ", order " << order;
+    }
+
+    void expectLevels() const {
+        ASSERT_EQ(levels.y.size(), 7U);
+        for (const std::size_t index : {0, 1, 4, 5, 6}) {
+            const double expected = toneLevel() + (index < 2 ? tones[number].aWeight : 0.0);
+            EXPECT_NEAR(levels.y[index], expected, index % 2 == 1 ? 0.01 : rippleOfFast() + 0.01) << index;
+        }
+    }
+
+    double toneLevel() const { return 10 * std::log10(tones[number].amplitude * tones[number].amplitude / 2); }
+    /// The fast average follows the square of a low tone a little; the highest value counts.
+    double rippleOfFast() const { return 4.35 / (4 * M_PI * tones[number].frequency * 0.125); }
+
+    unsigned char number;
+    sonvex::iprocess::IWaveformConfig &waveformConfig =
+        sonvex::iprocess::IWaveformConfig::createInstance("waveform", blockSize);
+    sonvex::iprocess::ISpectrumConfig &spectrumConfig =
+        sonvex::iprocess::ISpectrumConfig::createInstance("spectrum", 0);
+    sonvex::iprocess::ISoundLevelValueConfig &levelConfig =
+        sonvex::iprocess::ISoundLevelValueConfig::createInstance("levels", 6 * blockSize);
+    Analysis waveform;
+    Analysis spectrum;
+    Analysis levels;
+};
+
+class LiveAnalysis : public testing::Test {
+protected:
+    void SetUp() override { stream.capture.start(); }
+
+    void TearDown() override {
+        stream.capture.stop();
+        for (const Analysis *analysis : all) {
+            analysis->handle->stop();
+        }
+    }
+
+    /// Sends so much of the tones, block by block; each result that is due has to come before the next block.
+    void play(unsigned seconds) {
+        for (unsigned i = 0; i < seconds * blocksPerSecond && !HasFatalFailure(); ++i) {
+            for (Analysis *analysis : all) {
+                analysis->expectCycle();
+            }
+            stream.send(packetsPerBlock);
+            ++blocks;
+            const auto time = begin + std::chrono::milliseconds(blocks * 1000 / blocksPerSecond);
+            ASSERT_TRUE(waitFor([&] {
+                return std::chrono::steady_clock::now() >= time &&
+                       std::all_of(all.begin(), all.end(), [](const Analysis *each) { return each->isComplete(); });
+            })) << "block "
+                << blocks;
+        }
+    }
+
+    support::LogRecorder log;
+    support::LiveStream stream{2, blockSize, toneCode};
+    Channel left{stream, 0};
+    Channel right{stream, 1};
+    const std::vector<Analysis *> all{&left.waveform,  &left.spectrum,  &left.levels,
+                                      &right.waveform, &right.spectrum, &right.levels};
+    const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+    unsigned blocks = 0;
+};
+
+TEST_F(LiveAnalysis, accountsForEachResultOfAMinute) {
+    right.spectrumConfig.setFftOrder(12);
+    play(10);
+    left.expectTone();
+    left.expectLevels();
+    right.expectTone();
+    right.expectLevels();
+
+    left.spectrum.handle->stop();
+    right.waveform.handle->stop();
+    right.levels.handle->stop(); // its filters and averages stay, the signal goes on with a gap of whole periods
+    play(5);
+    left.spectrum.handle->start();
+    right.waveform.handle->start();
+    right.levels.handle->start();
+    play(5);
+    left.expectTone();
+    right.expectLevels();
+
+    for (const unsigned order : {10U, 15U, 13U}) {
+        left.spectrumConfig.setFftOrder(order);
+        right.waveformConfig.setSampleAmount(order);
+        play(2);
+        left.expectTone();
+        EXPECT_EQ(right.waveform.y.size(), order);
+    }
+    right.spectrumConfig.setMovingAverageWindowSize(50);
+    right.spectrumConfig.setMovingAverageActive(true);
+    play(4);
+    right.expectTone();
+
+    left.levels.remove();
+    right.spectrum.remove();
+    play(2);
+    left.levels.add();
+    right.spectrum.add();
+    right.spectrumConfig.setMovingAverageWindowLength(100);
+    play(10);
+    left.expectLevels();
+    right.expectTone();
+
+    // On a timer the results can't be counted; they have to come, and from the signal again afterwards.
+    left.waveformConfig.setRefreshRate(5);
+    left.waveformConfig.setClockType("Internal clock");
+    ASSERT_TRUE(waitFor([&] { return left.waveform.results > left.waveform.due + 100; }));
+    left.waveform.handle->stop();
+    const int switches = log.count("External clock active!");
+    left.waveformConfig.setClockType("External clock");
+    ASSERT_TRUE(waitFor([&] { return log.count("External clock active!") > switches; }));
+    support::deliverQueued();
+    left.waveform.due = left.waveform.results;
+    left.waveform.handle->start();
+    play(18);
+    for (const Channel *channel : {&left, &right}) {
+        channel->expectTone();
+        channel->expectLevels();
+    }
+    EXPECT_EQ(blocks, 60 * blocksPerSecond);
+    EXPECT_EQ(log.count("Packets missed"), 0);
+}
+
+} // namespace

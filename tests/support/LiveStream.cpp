@@ -1,0 +1,55 @@
+#include "support/LiveStream.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "support/Frames.h"
+
+namespace support {
+
+namespace {
+
+constexpr unsigned bufferSize = 48000;
+
+sonvex::INetworkDeviceInfo &loopback() {
+    auto &manager = sonvex::INetworkDeviceManager::createInstance();
+    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
+        if (manager.getDeviceInfo(index).getSystemDeviceName() == "lo") {
+            return manager.getDeviceInfo(index);
+        }
+    }
+    throw std::runtime_error("no loopback adapter");
+}
+
+std::string nextMac() {
+    static int number = 10;
+    return "0200000000" + std::to_string(++number);
+}
+
+} // namespace
+
+LiveStream::LiveStream(unsigned channels, unsigned signaledAmount, Signal signal)
+    : mac(nextMac()), channels(channels),
+      buffer(sonvex::IBufferConfiguration::createInstance("buffer", bufferSize, signaledAmount)),
+      device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, channels, samplesPerPacket)),
+      capture(ISonvex::createInstance().addRemoteStreamReceiver(
+          sonvex::IStreamConfiguration::createInstance("stream", mac, loopback(), device))),
+      signal(std::move(signal)) {}
+
+void LiveStream::send(unsigned packets, unsigned dropped) {
+    packet += dropped;
+    for (unsigned i = 0; i < packets; ++i, ++packet) {
+        const auto frame = makeFrame(
+            mac, static_cast<std::uint8_t>(packet), channels, samplesPerPacket,
+            [this](unsigned sample, unsigned channel) { return signal(packet * samplesPerPacket + sample, channel); });
+        socket.send(frame.data(), frame.size());
+    }
+}
+
+sonvex::ihandles::IProcessorHandle &
+LiveStream::add(const std::string &name, sonvex::iprocess::IProcessorConfigBase &config, unsigned char channel) const {
+    return ISonvex::createInstance().addProcessor(
+        sonvex::IProcessConfiguration::createInstance(name, config, mac, channel));
+}
+
+} // namespace support

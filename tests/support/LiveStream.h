@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include <sonvex/sonvex.h>
+
+#include "talker/RawSocket.h"
+
+namespace support {
+
+/// A stream of its own on the loopback adapter and on the process's one facade, with a talker for it.
+class LiveStream {
+public:
+    static constexpr unsigned samplesPerPacket = 6;
+
+    /// The 16-bit code of a sample of a channel, counted from the start of the stream.
+    using Signal = std::function<std::int16_t(std::size_t sample, unsigned channel)>;
+
+    LiveStream(unsigned channels, unsigned signaledAmount, Signal signal);
+
+    /// Sends the next packets; the sequence and the samples of dropped ones are used up.
+    void send(unsigned packets, unsigned dropped = 0);
+
+    sonvex::ihandles::IProcessorHandle &add(const std::string &name, sonvex::iprocess::IProcessorConfigBase &config,
+                                            unsigned char channel) const;
+
+    const std::string mac;
+    const unsigned channels;
+    sonvex::IBufferConfiguration &buffer;
+    sonvex::IDeviceConfiguration &device;
+    sonvex::ihandles::INetworkReceiverHandle &capture;
+
+private:
+    Signal signal;
+    talker::RawSocket socket{"lo"};
+    std::size_t packet = 0;
+};
+
+} // namespace support
