@@ -99,9 +99,9 @@ private:
 
     /// The address of the stream that the text names, or of the first one. It has such a channel.
     std::string streamOf(unsigned channel, const std::string &title, const std::string &address) const {
-        const std::string mac = title.find('@') == std::string::npos
-                                    ? frame.streams.front().mac
-                                    : common::toString(common::parseMacAddress(address, option));
+        std::string mac = title.find('@') == std::string::npos
+                              ? frame.streams.front().mac
+                              : common::toString(common::parseMacAddress(address, option));
         const auto stream = std::find_if(frame.streams.begin(), frame.streams.end(),
                                          [&](const auto &candidate) { return candidate.mac == mac; });
         if (stream == frame.streams.end()) {

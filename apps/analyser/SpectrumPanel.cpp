@@ -18,10 +18,9 @@ constexpr std::size_t dotsAcross = 2;
 
 /// From 0 dBFS at 1 to the end of the range at -1.
 std::vector<double> heights(const std::vector<double> &powers) {
-    std::vector<double> result;
-    for (const double power : powers) {
-        result.push_back(std::clamp(1.0 + 2.0 * decibels(power) / range, -1.0, 1.0));
-    }
+    std::vector<double> result(powers.size());
+    std::transform(powers.begin(), powers.end(), result.begin(),
+                   [](double power) { return std::clamp(1.0 + 2.0 * decibels(power) / range, -1.0, 1.0); });
     return result;
 }
 

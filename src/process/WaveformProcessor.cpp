@@ -1,6 +1,8 @@
 #include "process/WaveformProcessor.h"
 
 #include <memory>
+#include <numeric>
+#include <utility>
 
 #include "core/logging/Log.h"
 #include "process/configuration/WaveformConfig.h"
@@ -8,7 +10,7 @@
 namespace process {
 
 WaveformProcessor::WaveformProcessor(const std::string &name, WaveformConfig &config, avb::AvbAudioBuffer &audioBuffer)
-    : SampleProcessorBase(name, config, audioBuffer, nullptr) {}
+    : SampleProcessorBase(name, config, audioBuffer, nullptr), curve(getName(), sonvex::VectorData({}, {})) {}
 
 WaveformProcessor::~WaveformProcessor() {
     logging::debug("process::WaveformProcessor::~WaveformProcessor", getName(), "Cleared!");
@@ -30,13 +32,18 @@ void WaveformProcessor::calculate(const std::string & /*clockName*/, std::size_t
     if (!isProcessingActive()) {
         return;
     }
-    const std::vector<float> samples = fetchConfiguredSamples();
-    xValues.clear();
-    for (std::size_t index = 0; index < samples.size(); ++index) {
-        xValues.push_back(static_cast<double>(index));
+    samples = fetchConfiguredSamples(std::move(samples));
+    sonvex::VectorData &values = curve.getVectorData();
+    if (indexAmount != samples.size()) {
+        indexAmount = samples.size();
+        std::vector<double> indices(indexAmount);
+        std::iota(indices.begin(), indices.end(), 0.0);
+        values.setX(std::move(indices));
     }
-    yValues.assign(samples.begin(), samples.end());
-    Q_EMIT newProcessData(sonvex::ChannelData(getName(), sonvex::VectorData(xValues, yValues)));
+    std::vector<double> y = values.takeY();
+    y.assign(samples.begin(), samples.end());
+    values.setY(std::move(y));
+    Q_EMIT newProcessData(curve);
 }
 
 } // namespace process

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/data/ChannelData.h"
 #include "process/SampleProcessorBase.h"
 
 namespace process {
@@ -25,6 +26,10 @@ private Q_SLOTS:
 
 private:
     WaveformProcessor(const std::string &name, WaveformConfig &config, avb::AvbAudioBuffer &audioBuffer);
+
+    std::vector<float> samples;  ///< the latest block
+    sonvex::ChannelData curve;   ///< the latest result
+    std::size_t indexAmount = 0; ///< its x values
 };
 
 } // namespace process

@@ -6,7 +6,7 @@ namespace sonvex {
 
 ChannelData::ChannelData() : ChannelData("DummyChannel", VectorData()) {}
 
-ChannelData::ChannelData(std::string name, VectorData data) : DeliveryData(std::move(name)), data(std::move(data)) {}
+ChannelData::ChannelData(std::string name, const VectorData &data) : DeliveryData(std::move(name)), data(data) {}
 
 VectorData &ChannelData::getVectorData() {
     return data;

@@ -11,7 +11,7 @@ class ChannelData : public DeliveryData, public IChannelData {
 public:
     /// "DummyChannel" with default values; Qt's meta-type system needs it.
     ChannelData();
-    ChannelData(std::string name, VectorData data);
+    ChannelData(std::string name, const VectorData &data);
 
     VectorData &getVectorData() override;
     std::string toString() const override;
