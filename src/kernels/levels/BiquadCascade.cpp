@@ -25,10 +25,8 @@ bool isModest(double factor) {
 }
 
 /// Returns false if the taps are so large or small that their products come near the ends of a double's range.
-bool setGain(const SectionGroup &group, double firstB0, double *vectorTaps) {
-    const double gain = firstB0 * group.scale[0];
-    store(vectorTaps, broadcast(gain));
-    bool areModest = isModest(gain);
+bool isModest(const SectionGroup &group) {
+    bool areModest = isModest(group.gain);
     for (int section = 0; section < group.sections; ++section) {
         areModest = areModest && isModest(group.scale[section]);
     }
@@ -138,8 +136,7 @@ IppStatus ippsIIRInit_BiQuad_64f(IppsIIRState_64f **ppState, const Ipp64f *pTaps
     bool isStable = longest >= shortestStretch;
     for (int first = 0; isStable && first < numBq; first += groupSections) {
         const SectionGroup group = groupOf(*state, first);
-        if (!setGain(group, state->taps[tapsPerSection * first],
-                     state->vectorTaps + tapsPerSection * doubleLanes * first)) {
+        if (!isModest(group)) {
             isStable = false;
             break;
         }

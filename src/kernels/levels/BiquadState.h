@@ -55,12 +55,12 @@ SectionGroup groupOf(const IppsIIRState_64f &state, int first) {
                           state.responses + 2L * first * state.longestStretch,
                           state.longestStretch,
                           state.transitions + transitionsPerSection * first,
+                          1,
                           {},
                           state.lastDecay};
-    double scale = 1;
     for (int section = group.sections - 1; section >= 0; --section) {
-        group.scale[section] = scale;
-        scale *= state.taps[tapsPerSection * (first + section)];
+        group.scale[section] = group.gain;
+        group.gain *= state.taps[tapsPerSection * (first + section)];
     }
     return group;
 }

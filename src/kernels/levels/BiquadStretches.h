@@ -28,8 +28,7 @@ constexpr int groupSections = 3; // the delay values of so many sections and str
 constexpr int groupDelays = 2 * groupSections;
 constexpr int tapsPerSection = 5;
 
-/// Taps of a section divided by its b0, each in all lanes. In memory the place of b0 holds, in the first section of a
-/// group, the product of all b0 of the group.
+/// Taps of a section divided by its b0, each in all lanes. In memory they stand behind the place of b0.
 struct SectionTaps {
     Doubles b1;
     Doubles b2;
@@ -44,6 +43,7 @@ struct SectionGroup {
     const double *responses;     ///< 2 sections rows: the output that a delay value of 1 causes, all others being 0
     long responseStride;         ///< from row to row
     const double *transitions;   ///< 2 sections columns: the delay values that such a one has become after a stretch
+    double gain;                 ///< the product of all b0
     double scale[groupSections]; ///< of the delay values of each section, against those of the law
     long lastDecay;              ///< behind so many values the responses to the last section's delays are nothing
 };
@@ -69,7 +69,6 @@ SONVEX_INLINE double weightOfSecond(const double *vectorTaps, int section) {
 
 template <int G>
 SONVEX_INLINE Doubles runGroup(const double *vectorTaps, Doubles x, Doubles (&delays)[2 * G]) {
-    x = x * load(vectorTaps);
     for (int section = 0; section < G; ++section) {
         x = runSection(tapsOf(vectorTaps, section), x, delays[2 * section], delays[2 * section + 1]);
     }
@@ -116,7 +115,7 @@ void ring(const double *vectorTaps, long steps, double *end, Visit visit) {
 struct BlockRows {
     void load(int vector, long n, Doubles (&x)[doubleLanes]) const {
         for (int lane = 0; lane < doubleLanes; ++lane) {
-            x[lane] = KERNEL_LEVEL::load(src + (vector * doubleLanes + lane) * length + n);
+            x[lane] = gain * KERNEL_LEVEL::load(src + (vector * doubleLanes + lane) * length + n);
         }
         transpose(x);
     }
@@ -133,7 +132,7 @@ struct BlockRows {
         for (int lane = 0; lane < doubleLanes; ++lane) {
             x[lane] = src[(vector * doubleLanes + lane) * length + n];
         }
-        return x;
+        return gain * x;
     }
 
     void storeOne(int vector, long n, Doubles x) const {
@@ -144,10 +143,40 @@ struct BlockRows {
 
     const double *src;
     double *dst;
-    long length; ///< of a stretch
+    long length;  ///< of a stretch
+    Doubles gain; ///< of the group
 };
 
-/// Runs V vectors of stretches, the first stretch from the given delay values. Leaves the delay values at their ends.
+/// Runs doubleLanes steps of two vectors. Each section takes all steps before the next one does, so that its taps and
+/// delay values stay in registers, and one vector hides the latency of the other.
+template <int G, class Rows>
+SONVEX_INLINE void runPair(const double *vectorTaps, const Rows &rows, int vector, long n, Doubles (&delays)[2 * G],
+                           Doubles (&nextDelays)[2 * G]) {
+    Doubles x[doubleLanes];
+    Doubles z[doubleLanes];
+    rows.load(vector, n, x);
+    rows.load(vector + 1, n, z);
+    for (int section = 0; section < G; ++section) {
+        const SectionTaps taps = tapsOf(vectorTaps, section);
+        Doubles d0 = delays[2 * section];
+        Doubles d1 = delays[2 * section + 1];
+        Doubles e0 = nextDelays[2 * section];
+        Doubles e1 = nextDelays[2 * section + 1];
+        for (int step = 0; step < doubleLanes; ++step) {
+            x[step] = runSection(taps, x[step], d0, d1);
+            z[step] = runSection(taps, z[step], e0, e1);
+        }
+        delays[2 * section] = d0;
+        delays[2 * section + 1] = d1;
+        nextDelays[2 * section] = e0;
+        nextDelays[2 * section + 1] = e1;
+    }
+    rows.store(vector, n, x);
+    rows.store(vector + 1, n, z);
+}
+
+/// Runs V vectors of stretches, an even number, the first stretch from the given delay values. Leaves the delay values
+/// at their ends.
 template <int G, int V, class Rows>
 SONVEX_INLINE void runStretches(const SectionGroup &group, long length, const double *delayLine,
                                 double (&ends)[2 * G][V * doubleLanes], const Rows &rows) {
@@ -158,14 +187,8 @@ SONVEX_INLINE void runStretches(const SectionGroup &group, long length, const do
     }
     long n = 0;
     for (; n + N <= length; n += N) {
-        // One vector after the other needs fewer registers; the CPU runs them at the same time all the same.
-        for (int vector = 0; vector < V; ++vector) {
-            Doubles x[N];
-            rows.load(vector, n, x);
-            for (int step = 0; step < N; ++step) {
-                x[step] = runGroup<G>(group.vectorTaps, x[step], delays[vector]);
-            }
-            rows.store(vector, n, x);
+        for (int vector = 0; vector < V; vector += 2) {
+            runPair<G>(group.vectorTaps, rows, vector, n, delays[vector], delays[vector + 1]);
         }
     }
     for (; n < length; ++n) {
@@ -264,7 +287,7 @@ void addResponses(const SectionGroup &group, double *dst, long length, const dou
 template <int G>
 void filterBlock(const SectionGroup &group, const double *src, double *dst, long length, double *delayLine) {
     double ends[2 * G][stretches];
-    runStretches<G, vectorsAtATime>(group, length, delayLine, ends, BlockRows{src, dst, length});
+    runStretches<G, vectorsAtATime>(group, length, delayLine, ends, BlockRows{src, dst, length, broadcast(group.gain)});
     double starts[stretches + 1][2 * G];
     propagate<G, stretches>(group, ends, starts, delayLine);
     int stretch = 1;

@@ -16,8 +16,9 @@ constexpr long longestStretch = 150;
 
 /// The average divided by its input factor, which saves a multiplication a value.
 struct Average {
-    explicit Average(const SonvexAverage &from)
-        : keep(from.keep), value(from.average / from.input), peak(from.peak / from.input) {}
+    /// @param gain of the filter, which its output is divided by
+    Average(const SonvexAverage &from, double gain)
+        : keep(from.keep), input(from.input * gain * gain), value(from.average / input), peak(from.peak / input) {}
 
     void add(double square) {
         value = keep * value + square;
@@ -27,13 +28,14 @@ struct Average {
     void raisePeak(double candidate) { peak = candidate > peak ? candidate : peak; }
 
     void storeTo(SonvexAverage &to) const {
-        const double average = value * to.input;
-        const double highest = peak * to.input;
+        const double average = value * input;
+        const double highest = peak * input;
         to.average = average < silence ? 0 : average;
         to.peak = highest > to.peak ? highest : to.peak;
     }
 
     double keep;
+    double input;
     double value;
     double peak;
 };
@@ -93,9 +95,7 @@ SONVEX_INLINE void squareAndSum(double *rows, long begin, long end, const Sectio
                 z += broadcast(group.responses[(delay + 1) * group.responseStride + n]) *
                      start[stride * vector + delay + 1];
             }
-            if (D > 0) {
-                y += z;
-            }
+            y += z;
             const Doubles square = y * y;
             store(row + vector * doubleLanes, square);
             fast[vector] = fast[vector] * keepFast + square;
@@ -137,23 +137,34 @@ void filterAndSquare(const SectionGroup &group, const SignalRows &rows, double *
     }
 }
 
-void copyAndSquare(const SignalRows &rows, double keepFast, double keepSlow, double (&fastEnds)[lanes],
-                   double (&slowEnds)[lanes]) {
-    for (int vector = 0; vector < vectors; ++vector) {
-        long n = 0;
-        for (; n + doubleLanes <= rows.length; n += doubleLanes) {
-            Doubles x[doubleLanes];
-            rows.load(vector, n, x);
-            rows.store(vector, n, x);
-        }
-        for (; n < rows.length; ++n) {
-            rows.storeOne(vector, n, rows.loadOne(vector, n));
-        }
-    }
+/// Fills the scratch memory with the squares of a block as it is.
+void square(const SignalRows &rows, double keepFast, double keepSlow, double (&fastEnds)[lanes],
+            double (&slowEnds)[lanes]) {
     Doubles fast[vectors] = {};
     Doubles slow[vectors] = {};
-    squareAndSum<0, vectors>(rows.scratch, 0, rows.length, {}, nullptr, 0, broadcast(keepFast), broadcast(keepSlow),
-                             fast, slow);
+    const auto add = [&](int vector, Doubles value) {
+        fast[vector] = fast[vector] * keepFast + value;
+        slow[vector] = slow[vector] * keepSlow + value;
+    };
+    long n = 0;
+    for (; n + doubleLanes <= rows.length; n += doubleLanes) {
+        for (int vector = 0; vector < vectors; ++vector) {
+            Doubles x[doubleLanes];
+            rows.load(vector, n, x);
+            for (int step = 0; step < doubleLanes; ++step) {
+                x[step] = x[step] * x[step];
+                add(vector, x[step]);
+            }
+            rows.store(vector, n, x);
+        }
+    }
+    for (; n < rows.length; ++n) {
+        for (int vector = 0; vector < vectors; ++vector) {
+            const Doubles x = rows.loadOne(vector, n);
+            rows.storeOne(vector, n, x * x);
+            add(vector, x * x);
+        }
+    }
     for (int vector = 0; vector < vectors; ++vector) {
         store(fastEnds + vector * doubleLanes, fast[vector]);
         store(slowEnds + vector * doubleLanes, slow[vector]);
@@ -196,14 +207,18 @@ void findPeaks(const double *scratch, long length, Average &fast, Average &slow,
     }
 }
 
+/// Whether a filter can run in stretches. Its output is divided by its gain then, which saves a multiplication a value.
+bool runsInStretches(const IppsIIRState_64f &state) {
+    return state.sectionCount <= groupSections && state.longestStretch >= shortestStretch;
+}
+
 /// Runs as much as makes whole blocks. @return how many samples that were
 long runBlocks(const float *src, long len, IppsIIRState_64f *state, Average &fast, Average &slow) {
-    const long longest =
-        state != nullptr && state->longestStretch < longestStretch ? state->longestStretch : longestStretch;
-    const bool oneGroup = state == nullptr || state->sectionCount <= groupSections;
-    if (!oneGroup || longest < shortestStretch || len < lanes * shortestStretch) {
+    if (len < lanes * shortestStretch || (state != nullptr && !runsInStretches(*state))) {
         return 0;
     }
+    const long longest =
+        state != nullptr && state->longestStretch < longestStretch ? state->longestStretch : longestStretch;
     // Blocks of equal length, so that one set of transitions serves all of them.
     const long blocks = (len + lanes * longest - 1) / (lanes * longest);
     const long length = len / blocks / lanes;
@@ -218,9 +233,12 @@ long runBlocks(const float *src, long len, IppsIIRState_64f *state, Average &fas
         double fastEnds[lanes];
         double slowEnds[lanes];
         if (state == nullptr) {
-            copyAndSquare(rows, fast.keep, slow.keep, fastEnds, slowEnds);
+            square(rows, fast.keep, slow.keep, fastEnds, slowEnds);
         } else {
-            const SectionGroup group = groupOf(*state, 0);
+            SectionGroup group = groupOf(*state, 0);
+            for (int section = 0; section < group.sections; ++section) {
+                group.scale[section] /= group.gain;
+            }
             double *const delays = state->delayLine;
             bySections(
                 group.sections,
@@ -257,11 +275,13 @@ IppStatus sonvexSoundLevel_32f(const Ipp32f *pSrc, int len, IppsIIRState_64f *pS
     if (!isUsable(*pFast) || !isUsable(*pSlow)) {
         return ippStsBadArgErr;
     }
-    Average fast(*pFast);
-    Average slow(*pSlow);
+    const double gain = pState != nullptr && runsInStretches(*pState) ? groupOf(*pState, 0).gain : 1;
+    const double reciprocal = 1 / gain;
+    Average fast(*pFast, gain);
+    Average slow(*pSlow, gain);
     for (long n = runBlocks(pSrc, len, pState, fast, slow); n < len; ++n) {
         const double x = static_cast<double>(pSrc[n]);
-        const double y = pState == nullptr ? x : filterValue(*pState, x);
+        const double y = pState == nullptr ? x : filterValue(*pState, x) * reciprocal;
         fast.add(y * y);
         slow.add(y * y);
     }
