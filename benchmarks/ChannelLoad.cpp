@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -26,6 +25,7 @@
 #include "process/configuration/SpectrumConfig.h"
 #include "process/configuration/WaveformConfig.h"
 #include "support/NetworkNamespace.h"
+#include "support/loopback.h"
 
 namespace {
 
@@ -48,16 +48,6 @@ double cpuSeconds() {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-sonvex::INetworkDeviceInfo &loopback() {
-    auto &manager = sonvex::INetworkDeviceManager::createInstance();
-    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
-        if (manager.getDeviceInfo(index).getSystemDeviceName() == "lo") {
-            return manager.getDeviceInfo(index);
-        }
-    }
-    throw std::runtime_error("no loopback adapter");
-}
-
 /// Measures one number of channels and prints its row.
 void runLive(unsigned channels) {
     QProcess talker;
@@ -69,7 +59,7 @@ void runLive(unsigned channels) {
     auto &buffer = sonvex::IBufferConfiguration::createInstance("buffer", bufferSize, signaled);
     auto &device = sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, channels, 6);
     auto &capture = library.addRemoteStreamReceiver(
-        sonvex::IStreamConfiguration::createInstance("stream", mac, loopback(), device));
+        sonvex::IStreamConfiguration::createInstance("stream", mac, support::loopback(), device));
     auto &waveform = sonvex::iprocess::IWaveformConfig::createInstance("waveform", signaled);
     auto &spectrum = sonvex::iprocess::ISpectrumConfig::createInstance("spectrum", 0);
     spectrum.setFftOrder(fftOrder);

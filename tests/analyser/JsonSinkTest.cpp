@@ -9,23 +9,12 @@
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
-#include <sonvex/IVectorData.h>
+
+#include "Values.h"
 
 #include "analyser/Output.h"
 
 namespace {
-
-class Values : public sonvex::IVectorData {
-public:
-    explicit Values(std::vector<double> newY) : y(std::move(newY)) {}
-
-    std::vector<double> getX() const override { return {0.0}; }
-    std::vector<double> getY() const override { return y; }
-    std::string toString() const override { return {}; }
-
-private:
-    std::vector<double> y;
-};
 
 /// The one object that a sink has written for the result.
 QJsonObject writtenBy(const analyser::Analysis &analysis, const Values &values) {

@@ -3,24 +3,13 @@
 #include <limits>
 
 #include <gtest/gtest.h>
-#include <sonvex/IVectorData.h>
+
+#include "Values.h"
 
 #include "analyser/Session.h"
 #include "analyser/SpectrumAxes.h"
 
 namespace {
-
-class Values : public sonvex::IVectorData {
-public:
-    explicit Values(std::vector<double> newY) : y(std::move(newY)) {}
-
-    std::vector<double> getX() const override { return {}; }
-    std::vector<double> getY() const override { return y; }
-    std::string toString() const override { return {}; }
-
-private:
-    std::vector<double> y;
-};
 
 std::unique_ptr<analyser::Panel> panelOf(analyser::AnalysisKind kind, std::optional<double> reference = {}) {
     analyser::Analysis analysis;

@@ -1,25 +1,15 @@
 #include "support/LiveStream.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "support/Frames.h"
+#include "support/loopback.h"
 
 namespace support {
 
 namespace {
 
 constexpr unsigned bufferSize = 48000;
-
-sonvex::INetworkDeviceInfo &loopback() {
-    auto &manager = sonvex::INetworkDeviceManager::createInstance();
-    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
-        if (manager.getDeviceInfo(index).getSystemDeviceName() == "lo") {
-            return manager.getDeviceInfo(index);
-        }
-    }
-    throw std::runtime_error("no loopback adapter");
-}
 
 std::string nextMac() {
     static int number = 10;
