@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 
-#include <QMetaMethod>
 #include <QObject>
 
 #include "avb/AvbAudioBuffer.h"
@@ -25,7 +24,7 @@ public:
 private:
     QObject receiver;
     std::unique_ptr<process::Processor> processor;
-    QMetaMethod calculate;
+    int calculate = -1; ///< index of the slot
     std::string clock = "channel";
     std::size_t sampleAmount;
 };
