@@ -201,10 +201,11 @@ unsigned parseBuffer(const common::CommandLine &line, const std::vector<Analysis
 Command parseMonitor(const QStringList &arguments) {
     common::CommandLine line(
         "Shows waveforms, power spectra and sound levels of live channels. Values have a full scale of +-1.0; 0 dBFS "
-        "is a mean square of 1.0, so a sine at full scale has -3.01 dBFS, as a level and as the power of its peak in a "
-        "spectrum. Each level is the highest of its results' time; max is the highest since the start, and eq the mean "
-        "of their energies. JSON and CSV hold values as the library gives them: linear power, and levels in dBFS. "
-        "Packets missed are counted where a frame breaks the sequence of its stream, so a repeated frame counts, too.");
+        "is a mean square of 1.0, so a sine at full scale has -3.01 dBFS, as a level and as the power of the bins of "
+        "its peak in a spectrum. A level is the highest within the samples of its result; max is the highest since the "
+        "start, and eq the mean of the results' energies. JSON and CSV hold values as the library gives them: linear "
+        "power, and levels in dBFS. Packets missed are counted where a frame breaks the sequence of its stream, so a "
+        "repeated frame counts, too.");
     addCommonOptions(line, "monitor");
     addMonitorOptions(line);
     line.parse(arguments);
