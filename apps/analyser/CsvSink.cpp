@@ -17,6 +17,7 @@ CsvSink::CsvSink(Output &newOutput, const MonitorOptions &newOptions) : ResultSi
 void CsvSink::begin(const std::vector<Analysis> &analyses) {
     std::string header =
         "# sonvex-analyser " + qo::sonvexLib::getVersion() + "\n# device: " + common::oneLine(options.device) + '\n';
+    header += "# started: " + timeText() + '\n';
     for (const auto &stream : options.streams) {
         header += "# stream: " + stream.mac + ", " + std::to_string(stream.channels) + " channels, " +
                   std::to_string(stream.samplesPerChannel) + " samples per channel in a packet\n";

@@ -41,8 +41,8 @@ const char *unitOf(AnalysisKind kind) {
 
 void JsonSink::begin(const std::vector<Analysis> &analyses) {
     line = "{\"type\":\"settings\",\"version\":" + text::quoted(qo::sonvexLib::getVersion()) +
-           ",\"device\":" + text::quoted(options.device) + ",\"sampleRate\":" + text::number(sampleRate) +
-           ",\"buffer\":" + std::to_string(options.bufferSize) +
+           ",\"started\":" + text::quoted(timeText()) + ",\"device\":" + text::quoted(options.device) +
+           ",\"sampleRate\":" + text::number(sampleRate) + ",\"buffer\":" + std::to_string(options.bufferSize) +
            ",\"reference\":" + (options.reference ? text::number(*options.reference) : "null") +
            ",\"limits\":" + text::quoted(describeLimits(options.analyses, options.bufferSize)) + ",\"analyses\":[";
     const char *separator = "";

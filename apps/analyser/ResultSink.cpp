@@ -1,5 +1,7 @@
 #include "analyser/ResultSink.h"
 
+#include <QDateTime>
+
 #include "analyser/Text.h"
 
 namespace analyser {
@@ -7,6 +9,10 @@ namespace analyser {
 ResultSink::ResultSink(Output &newOutput) : output(newOutput) {}
 
 ResultSink::~ResultSink() = default;
+
+std::string ResultSink::timeText() {
+    return QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toStdString();
+}
 
 std::string summaryText(const Progress &progress, const std::string &linePrefix) {
     const RefusedFrames refused = progress.refused;

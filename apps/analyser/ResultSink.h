@@ -36,6 +36,9 @@ public:
     virtual void resized() {}
 
 protected:
+    /// Now, in UTC, for those who read the output later.
+    static std::string timeText();
+
     Output &output;
 };
 
