@@ -154,7 +154,7 @@ void addMonitorOptions(common::CommandLine &line) {
         "waveform");
     line.addOption(
         "spectrum",
-        "CHANNEL:ORDER[:average=cycles:N|ms:N][@MAC]: the power spectrum of 2^ORDER samples of a channel, ORDER 1 to "
+        "CHANNEL:ORDER[:average=cycles:N|ms:N][@MAC]: the power spectrum of 2^ORDER samples of a channel, ORDER 2 to "
         "24, through a Hann window; averaged over N results or milliseconds if wanted.",
         "spectrum");
     line.addOption(

@@ -14,6 +14,7 @@ namespace analyser {
 namespace {
 
 constexpr unsigned maximumAmount = 1U << 24U;
+constexpr unsigned minimumOrder = 2; // two samples have no window, and nothing but their mean to show
 constexpr unsigned maximumOrder = 24;
 constexpr unsigned maximumChannel = 254;
 constexpr unsigned maximumMilliseconds = std::numeric_limits<int>::max();
@@ -59,7 +60,7 @@ public:
         if (kind == AnalysisKind::waveform) {
             analysis.amount = common::parseNumber<unsigned>(parts[1], option + " amount", 1, maximumAmount);
         } else if (kind == AnalysisKind::spectrum) {
-            analysis.order = common::parseNumber<unsigned>(parts[1], option + " order", 1, maximumOrder);
+            analysis.order = common::parseNumber<unsigned>(parts[1], option + " order", minimumOrder, maximumOrder);
             analysis.amount = 1U << analysis.order;
             if (parts.size() == 4) {
                 analysis.averaging = parseAveraging(title, parts[2], parts[3]);

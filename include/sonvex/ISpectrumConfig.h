@@ -10,7 +10,8 @@ namespace sonvex::iprocess {
 /**
  * The power spectrum of a channel through a Hann window. x is the bin, at x times sample rate / FFT size; y its linear
  * power, one third for a sine at full scale on a bin. The sample amount always follows the FFT size, and the channel's
- * buffer has to hold as many. A fresh configuration has the order 14. The name of a result is "DummyChannel".
+ * buffer has to hold as many. Order 1, two samples, has no window. A fresh configuration has the order 14. The name of
+ * a result is "DummyChannel".
  */
 class SONVEX_EXPORT ISpectrumConfig : public ISampleProcessorConfigBase {
 public:

@@ -31,6 +31,11 @@ std::string SpectrumProcessor::toString() const {
     return SampleProcessorBase::toString() + "\n" + fft.toString();
 }
 
+void SpectrumProcessor::end() {
+    SampleProcessorBase::end();
+    averager.retire();
+}
+
 void SpectrumProcessor::calculate(const std::string & /*clockName*/, std::size_t /*sampleAmount*/) {
     const std::lock_guard<std::mutex> lock(mutex);
     if (!isProcessingActive()) {

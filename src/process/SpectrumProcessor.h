@@ -18,7 +18,8 @@ class SpectrumConfig;
  * name of a result is "DummyChannel".
  *
  * Threads: as its base; a changed order is taken over on the processor's thread, between two calculations. The mutex
- * keeps the two apart before there is such a thread, and is taken before those of the transform and the averager.
+ * keeps the two apart before there is such a thread, and is taken before those of the transform and the averager. The
+ * averager stays on the owner thread and is destroyed with the processor on its own: end() retires it.
  */
 class SpectrumProcessor : public SampleProcessorBase {
     Q_OBJECT
@@ -34,6 +35,7 @@ public:
                                      avb::AvbAudioBuffer &audioBuffer);
 
     std::string toString() const override;
+    void end() override;
 
 private Q_SLOTS:
     void calculate(const std::string &clockName = "InternalClock", std::size_t sampleAmount = 0) override;

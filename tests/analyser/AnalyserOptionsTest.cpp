@@ -137,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(Streams, RefusedCommandLine,
 
 INSTANTIATE_TEST_SUITE_P(
     SpectraAndLevels, RefusedCommandLine,
-    testing::Values(RefusedLine{STREAM "--spectrum 0", "CHANNEL:ORDER"}, RefusedLine{STREAM "--spectrum 0:0", "'0'"},
+    testing::Values(RefusedLine{STREAM "--spectrum 0", "CHANNEL:ORDER"}, RefusedLine{STREAM "--spectrum 0:1", "'1'"},
                     RefusedLine{STREAM "--spectrum 0:25", "'25'"}, RefusedLine{STREAM "--spectrum 2:10", "0 to 1"},
                     RefusedLine{STREAM "--spectrum 0:10:average=4", "CHANNEL:ORDER"},
                     RefusedLine{STREAM "--spectrum 0:10:average=days:4", "average=cycles:N"},

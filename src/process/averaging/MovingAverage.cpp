@@ -29,9 +29,15 @@ MovingAverage::MovingAverage(std::string name, SpectrumConfig *config, sonvex::B
          {SLOT(movingAverageActivityChanged(std::string)), SLOT(windowSizeChanged(std::string)),
           SLOT(windowLengthChanged(std::string)), SLOT(clockConfigurationChanged(std::string)),
           SLOT(clockRefreshChanged(std::string)), SLOT(signalingSampleAmountChanged(std::string))}) {
-        connect(config, SIGNAL(configurationChanged(std::string)), this, slot);
+        connections.push_back(connect(config, SIGNAL(configurationChanged(std::string)), this, slot));
     }
     logging::debug("process::averaging::MovingAverage::MovingAverage", this->name, "Initialized!");
+}
+
+void MovingAverage::retire() {
+    for (const QMetaObject::Connection &connection : connections) {
+        disconnect(connection);
+    }
 }
 
 std::vector<double> MovingAverage::calculate(std::vector<double> input) {

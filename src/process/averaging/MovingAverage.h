@@ -26,7 +26,8 @@ namespace process::averaging {
  * along for 100 cycles, then computed anew, so that rounding cannot add up.
  *
  * Threads: calculate() and isActive() on the processor's thread, the slots on the one that made the averager or sets
- * the configuration. The mutex guards all state; nothing under it emits a signal.
+ * the configuration. The mutex guards all state; nothing under it emits a signal. It may be destroyed on another thread
+ * once its own one has retired it.
  */
 class MovingAverage : public QObject {
     Q_OBJECT
@@ -40,6 +41,9 @@ public:
 
     /// The mean with @p input as the newest vector. The input itself while inactive or with a window of one cycle.
     std::vector<double> calculate(std::vector<double> input);
+
+    /// No notice reaches it any more, whether or not the configuration is still there.
+    void retire();
 
 private Q_SLOTS:
     void movingAverageActivityChanged(std::string changedParameter);
@@ -63,6 +67,7 @@ private:
     void resetBuffers();
 
     const std::string name;
+    std::vector<QMetaObject::Connection> connections;
     std::mutex mutex;
     SpectrumConfig *config;
     sonvex::BufferConfiguration *bufferConfiguration;
