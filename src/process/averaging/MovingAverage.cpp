@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include <QCoreApplication>
+
 #include "core/configuration/BufferConfiguration.h"
 #include "core/data/ChangeNotices.h"
 #include "core/logging/Log.h"
@@ -38,6 +40,7 @@ void MovingAverage::retire() {
     for (const QMetaObject::Connection &connection : connections) {
         disconnect(connection);
     }
+    QCoreApplication::removePostedEvents(this); // notices from other threads that are on their way
 }
 
 std::vector<double> MovingAverage::calculate(std::vector<double> input) {
