@@ -36,7 +36,7 @@ std::int16_t toneCode(std::size_t sample, unsigned channel) {
 class Analysis {
 public:
     /// @param cycles from one result to the next @param setUp cycles before
-    Analysis(const support::LiveStream &stream, std::string name, sonvex::iprocess::IProcessorConfigBase &config,
+    Analysis(const support::LiveStream &stream, std::string name, sonvex::iprocess::ISampleProcessorConfigBase &config,
              unsigned char channel, std::size_t cycles = 1, std::size_t setUp = 0)
         : stream(stream), name(std::move(name)), config(config), channel(channel), cycles(cycles), setUp(setUp) {
         add();
@@ -68,7 +68,7 @@ public:
 
     const support::LiveStream &stream;
     const std::string name;
-    sonvex::iprocess::IProcessorConfigBase &config;
+    sonvex::iprocess::ISampleProcessorConfigBase &config;
     const unsigned char channel;
     const std::size_t cycles;
     const std::size_t setUp;
@@ -152,6 +152,17 @@ protected:
         }
     }
 
+    /// Returns when a processor has answered all signals so far, those without a result too: behind them it takes the
+    /// clock that it has anew, and says so.
+    void settle(const Analysis &analysis) {
+        const std::string taken = "External clock active!";
+        const int before = log.count(taken);
+        analysis.config.setClockType("Internal clock");
+        analysis.config.setClockType("External clock");
+        ASSERT_TRUE(waitFor([&] { return log.count(taken) > before; }));
+        support::deliverQueued();
+    }
+
     support::LogRecorder log;
     support::LiveStream stream{2, blockSize, toneCode};
     Channel left{stream, 0};
@@ -170,10 +181,14 @@ TEST_F(LiveAnalysis, accountsForEachResultOfAMinute) {
     right.expectTone();
     right.expectLevels();
 
+    settle(right.levels);
     left.spectrum.handle->stop();
     right.waveform.handle->stop();
     right.levels.handle->stop(); // its filters and averages stay, the signal goes on with a gap of whole periods
     play(5);
+    for (const Analysis *stopped : {&left.spectrum, &right.waveform, &right.levels}) {
+        settle(*stopped);
+    }
     left.spectrum.handle->start();
     right.waveform.handle->start();
     right.levels.handle->start();
@@ -208,10 +223,7 @@ TEST_F(LiveAnalysis, accountsForEachResultOfAMinute) {
     left.waveformConfig.setClockType("Internal clock");
     ASSERT_TRUE(waitFor([&] { return left.waveform.results > left.waveform.due + 100; }));
     left.waveform.handle->stop();
-    const int switches = log.count("External clock active!");
-    left.waveformConfig.setClockType("External clock");
-    ASSERT_TRUE(waitFor([&] { return log.count("External clock active!") > switches; }));
-    support::deliverQueued();
+    settle(left.waveform);
     left.waveform.due = left.waveform.results;
     left.waveform.handle->start();
     play(18);
