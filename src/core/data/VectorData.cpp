@@ -1,5 +1,6 @@
 #include "core/data/VectorData.h"
 
+#include <locale>
 #include <ostream>
 #include <sstream>
 #include <utility>
@@ -33,6 +34,7 @@ std::vector<double> VectorData::getY() const {
 
 std::string VectorData::toString() const {
     std::ostringstream out;
+    out.imbue(std::locale::classic()); // whatever the host's locale says of numbers
     out << DataObjectBase::toString() << "\n\tx: ";
     print(out, x->values);
     out << "\n\ty: ";
