@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <QCoreApplication>
+
 #include "core/configuration/BufferConfiguration.h"
 #include "core/data/ChangeNotices.h"
 #include "core/logging/Log.h"
@@ -35,8 +37,8 @@ void AvbAudioBuffer::writeSamples(const float *values, std::size_t amount) {
         samplesSinceSignal += static_cast<std::uint32_t>(block);
         if (signals) {
             signaledPosition = writePosition;
+            samplesSinceSignal = 0; // before the signal, which may find no memory for its way
             Q_EMIT bufferAmountAvailable(bufferName, signalAmount);
-            samplesSinceSignal = 0;
         }
         values += block;
         amount -= block;
@@ -79,6 +81,11 @@ std::vector<float> AvbAudioBuffer::fetchSignaledSamples(std::size_t amount, std:
     const std::lock_guard<std::mutex> lock(mutex);
     copySamples(amount, signaledPosition, storage);
     return storage;
+}
+
+void AvbAudioBuffer::retire() {
+    disconnect(configuration, nullptr, this, nullptr);
+    QCoreApplication::removePostedEvents(this); // notices from other threads that are on their way
 }
 
 sonvex::BufferConfiguration *AvbAudioBuffer::getBufferConfiguration() const {

@@ -42,6 +42,9 @@ public:
     /// The samples up to the latest signal: for readers that the signal drives.
     std::vector<float> fetchSignaledSamples(std::size_t amount, std::vector<float> storage = {}) const;
 
+    /// Looks at the configuration no more, which may go then. Nothing is written or fetched afterwards.
+    void retire();
+
     /// In samples; fixed.
     std::size_t getSize() const { return samples.size(); }
     sonvex::BufferConfiguration *getBufferConfiguration() const;

@@ -1,6 +1,7 @@
 #include "avb/AvtpPacketReceiver.h"
 
 #include <algorithm>
+#include <exception>
 #include <limits>
 #include <utility>
 
@@ -30,7 +31,7 @@ AvtpPacketReceiver::AvtpPacketReceiver(std::uint8_t avtpSubtype, QObject *parent
 AvtpPacketReceiver::~AvtpPacketReceiver() {
     logging::debug("avb::AvtpPacketReceiver::~AvtpPacketReceiver", getName(), "CLEARED!");
     std::vector<std::shared_ptr<AvtpPacketChecker>> checkers; // all buffers go before the first checker
-    for (const auto &entry : streams()) {
+    for (const auto &entry : streams().byMac) {
         checkers.push_back(entry.second.checker);
     }
     streamTables.clear();
@@ -41,28 +42,37 @@ void AvtpPacketReceiver::addStreamingDevice(const std::string &mac, sonvex::Devi
     const BufferAvailability availability = checkBufferAvailability(mac);
     if (availability.available) {
         const std::string text = availability.text + "! Device won't be added!";
-        logging::refuse(exceptions::InstanceAlreadyExists(text), context, getName(), text);
+        logging::refuse<exceptions::InstanceAlreadyExists>(context, text, getName());
     }
     const unsigned int channels = configuration.getAmountOfChannels();
     if (channels == 0) {
         const std::string text = "Invalid channel count '" + std::to_string(channels) + "' given for device by '" +
                                  configuration.getName() + "' for: " + mac + " Device not initialized!";
-        logging::refuse(exceptions::InstanceNotCreateable(text), context, getName(), text);
+        logging::refuse<exceptions::InstanceNotCreateable>(context, text, getName());
     }
+    try {
+        publish(mac, configuration);
+    } catch (const std::exception &) { // no memory, or an amount beyond all memory
+        const std::string text = "No memory for the buffers of the device by '" + configuration.getName() +
+                                 "' for: " + mac + " Device not initialized!";
+        logging::refuse<exceptions::InstanceNotCreateable>(context, text, getName());
+    }
+}
+
+void AvtpPacketReceiver::publish(const std::string &mac, sonvex::DeviceConfiguration &configuration) {
+    const unsigned int channels = configuration.getAmountOfChannels();
     Stream stream{std::make_shared<AvtpPacketChecker>(mac, channels, nullptr), &configuration, {}};
     connect(stream.checker.get(), &AvtpPacketChecker::message, this, &AvtpPacketReceiver::message);
     for (unsigned int channel = 0; channel < channels; ++channel) {
         stream.buffers.push_back(std::make_shared<AvbAudioBuffer>(mac + "_Ch" + std::to_string(channel),
                                                                   *configuration.getBufferConfiguration()));
     }
-    auto table = std::make_unique<StreamTable>(streams());
-    table->emplace(mac, std::move(stream));
-    {
-        const std::uint64_t samplesPerChannel = configuration.getAmountOfSamplesPerChannel();
-        const std::lock_guard<std::mutex> lock(frameMutex);
-        channelSamples.resize(
-            std::max<std::size_t>(channelSamples.size(), std::min(samplesPerChannel, maximumDataLength)));
-    }
+    const std::uint64_t samplesPerChannel = configuration.getAmountOfSamplesPerChannel();
+    auto table = std::make_unique<StreamTable>();
+    table->byMac = streams().byMac;
+    table->byMac.emplace(mac, std::move(stream));
+    table->channelSamples.resize(
+        std::max<std::size_t>(streams().channelSamples.size(), std::min(samplesPerChannel, maximumDataLength)));
     streamTables.push_back(std::move(table));
     publishedStreams.store(streamTables.back().get(), std::memory_order_release);
 }
@@ -72,12 +82,12 @@ AvbAudioBuffer *AvtpPacketReceiver::getAudioBuffer(const std::string &mac, unsig
     const Stream *stream = findStream(mac);
     if (stream == nullptr) {
         const std::string text = checkBufferAvailability(mac).text;
-        logging::refuse(exceptions::ResourceNotAvailable(text), context, getName(), text);
+        logging::refuse<exceptions::ResourceNotAvailable>(context, text, getName());
     }
     if (channelNumber >= stream->buffers.size()) {
         const std::string text = "No buffer available for the specified channel number '" +
                                  std::to_string(channelNumber) + "' at streaming device: " + mac;
-        logging::refuse(exceptions::ResourceNotAvailable(text), context, getName(), text);
+        logging::refuse<exceptions::ResourceNotAvailable>(context, text, getName());
     }
     return stream->buffers[channelNumber].get();
 }
@@ -87,6 +97,14 @@ BufferAvailability AvtpPacketReceiver::checkBufferAvailability(const std::string
         return {true, "Buffer already available for the specified device MAC address: " + mac};
     }
     return {false, "No buffer available for the specified device MAC address: " + mac};
+}
+
+void AvtpPacketReceiver::retire() {
+    for (const auto &entry : streams().byMac) {
+        for (const auto &buffer : entry.second.buffers) {
+            buffer->retire();
+        }
+    }
 }
 
 void AvtpPacketReceiver::receivePacket(u_char * /*user*/, const pcap_pkthdr *header, const u_char *bytes) {
@@ -99,12 +117,13 @@ void AvtpPacketReceiver::receivePacket(u_char * /*user*/, const pcap_pkthdr *hea
 }
 
 void AvtpPacketReceiver::extractAvtpPacketData(const AvtpFrame &frame) {
-    for (const auto &[mac, stream] : streams()) {
+    const StreamTable &table = streams();
+    for (const auto &[mac, stream] : table.byMac) {
         if (!stream.checker->isPacketConform(frame)) {
             continue;
         }
         if (stream.checker->isSequenceNrInOrder(frame)) {
-            writeSamples(frame, mac, stream);
+            writeSamples(frame, mac, stream, table.channelSamples.data());
             return;
         }
         ++missedPackets;
@@ -135,7 +154,7 @@ void AvtpPacketReceiver::writeAudioSamplesToBuffer(const AvtpFrame &frame, const
                          " No buffer exists for the given device.");
         return;
     }
-    writeSamples(frame, mac, *stream);
+    writeSamples(frame, mac, *stream, streams().channelSamples.data());
 }
 
 std::int32_t AvtpPacketReceiver::checkStream(const std::string &mac, const Stream &stream,
@@ -160,7 +179,8 @@ void AvtpPacketReceiver::refuseDataLength(const std::string &mac) const {
                      "Packet audio data won't be extracted for device: ", mac);
 }
 
-void AvtpPacketReceiver::writeSamples(const AvtpFrame &frame, const std::string &mac, const Stream &stream) {
+void AvtpPacketReceiver::writeSamples(const AvtpFrame &frame, const std::string &mac, const Stream &stream,
+                                      float *channelSamples) {
     const std::uint32_t bytesPerSample = stream.configuration->getSampleSizeInBytes();
     const std::uint32_t samplesPerChannel = stream.configuration->getAmountOfSamplesPerChannel();
     const auto channels = static_cast<std::size_t>(
@@ -180,15 +200,15 @@ void AvtpPacketReceiver::writeSamples(const AvtpFrame &frame, const std::string 
     }
     for (std::size_t channel = 0; channel < channels; ++channel) {
         sampleConverter.convertBlock(bytes + channel * bytesPerSample, bytesPerSample, stride, samplesPerChannel,
-                                     channelSamples.data());
-        stream.buffers[channel]->writeSamples(channelSamples.data(), samplesPerChannel);
+                                     channelSamples);
+        stream.buffers[channel]->writeSamples(channelSamples, samplesPerChannel);
     }
 }
 
 const AvtpPacketReceiver::Stream *AvtpPacketReceiver::findStream(const std::string &mac) const {
-    const StreamTable &table = streams();
-    const auto entry = table.find(mac);
-    return entry == table.end() ? nullptr : &entry->second;
+    const auto &byMac = streams().byMac;
+    const auto entry = byMac.find(mac);
+    return entry == byMac.end() ? nullptr : &entry->second;
 }
 
 std::string AvtpPacketReceiver::getReceiverName() const {

@@ -35,8 +35,7 @@ struct BufferAvailability {
  * Threads: addStreamingDevice() and getAudioBuffer() run on the host's thread; receivePacket() and everything below it
  * on capture threads, of which several may come at once and go through frameMutex one by one; the worker's thread
  * relays the checkers' messages. A capture thread walks the newest stream table, which never changes once it is
- * published; adding a stream publishes another one and neither waits for a frame nor makes one wait for more than a
- * moment.
+ * published; adding a stream publishes another one and neither waits for a frame nor makes one wait.
  */
 class AvtpPacketReceiver : public threading::Worker, public pcapplus::PcapPacketReceiverBase {
     Q_OBJECT
@@ -50,12 +49,14 @@ public:
      * @param mac the stream's source address as 12 hexadecimal digits; the key of the stream, letter for letter
      * @param configuration not owned; has to live as long as frames of the stream can arrive
      * @throws exceptions::InstanceAlreadyExists for a stream that was added before
-     * @throws exceptions::InstanceNotCreateable for a device without channels
+     * @throws exceptions::InstanceNotCreateable for a device without channels, or with more than there is memory for
      */
     void addStreamingDevice(const std::string &mac, sonvex::DeviceConfiguration &configuration);
     /// The buffer of a channel, counted from 0; owned by this receiver. @throws exceptions::ResourceNotAvailable
     AvbAudioBuffer *getAudioBuffer(const std::string &mac, unsigned int channelNumber) const;
     BufferAvailability checkBufferAvailability(const std::string &mac) const;
+    /// No buffer looks at its configuration any more, which may go then. After the last frame.
+    void retire();
 
     void receivePacket(u_char *user, const pcap_pkthdr *header, const u_char *bytes) override;
     void extractAvtpPacketData(const AvtpFrame &frame);
@@ -84,22 +85,26 @@ private:
         const sonvex::DeviceConfiguration *configuration;
         std::vector<std::shared_ptr<AvbAudioBuffer>> buffers; ///< by channel number
     };
-    using StreamTable = std::map<std::string, Stream>; ///< by MAC text
+    /// Never changes once it is published, but for its scratch.
+    struct StreamTable {
+        std::map<std::string, Stream> byMac;
+        mutable std::vector<float> channelSamples; ///< one channel's samples of a frame; guarded by frameMutex
+    };
 
     const StreamTable &streams() const { return *publishedStreams.load(std::memory_order_acquire); }
+    void publish(const std::string &mac, sonvex::DeviceConfiguration &configuration);
     const Stream *findStream(const std::string &mac) const;
     std::int32_t checkStream(const std::string &mac, const Stream &stream, std::uint32_t maximumChannelAmount,
                              std::uint32_t samplesPerChannel, std::uint32_t bytesPerSample) const;
     void refuseDataLength(const std::string &mac) const;
-    void writeSamples(const AvtpFrame &frame, const std::string &mac, const Stream &stream);
+    void writeSamples(const AvtpFrame &frame, const std::string &mac, const Stream &stream, float *channelSamples);
 
     /// All tables that were ever published, the newest last: a capture may be walking any of them.
     std::vector<std::unique_ptr<const StreamTable>> streamTables;
     std::atomic<const StreamTable *> publishedStreams;
 
-    std::mutex frameMutex;             ///< guards the following two and the state of all checkers
-    std::uint32_t missedPackets = 0;   ///< of all streams together
-    std::vector<float> channelSamples; ///< one channel's samples of a frame
+    std::mutex frameMutex;           ///< guards missedPackets and the state of all checkers; captures alone take it
+    std::uint32_t missedPackets = 0; ///< of all streams together
 
     std::uint8_t avtpSubtype;
     AvbToFloatSampleConverter sampleConverter;

@@ -9,7 +9,7 @@
 extern "C" {
 #endif
 
-/// The codes that kernels of this library return; the table of texts knows more.
+/// The codes that kernels of this library and their users return; the table of texts knows more.
 enum {
     ippStsUnknownStatusCodeErr = -216,
     ippStsIIROrderErr = -25,
@@ -17,6 +17,7 @@ enum {
     ippStsFftOrderErr = -17,
     ippStsContextMatchErr = -13,
     ippStsDivByZeroErr = -10,
+    ippStsMemAllocErr = -9,
     ippStsNullPtrErr = -8,
     ippStsSizeErr = -6,
     ippStsBadArgErr = -5,

@@ -1,7 +1,9 @@
 #include "pcapplus/PacketHandlerSlot.h"
 
+#include <memory>
 #include <utility>
 
+#include "core/logging/HeldLines.h"
 #include "core/logging/Log.h"
 
 namespace pcapplus {
@@ -16,7 +18,7 @@ void forwardCapturedPacket(u_char *user, const pcap_pkthdr *header, const u_char
 }
 
 PacketHandlerSlot &PacketHandlerSlot::instance() {
-    static PacketHandlerSlot &slot = *new PacketHandlerSlot;
+    static PacketHandlerSlot slot;
     return slot;
 }
 
@@ -29,9 +31,10 @@ void PacketHandlerSlot::set(PacketHandler newHandler) {
 }
 
 void PacketHandlerSlot::forward(u_char *user, const pcap_pkthdr *header, const u_char *bytes) {
+    const logging::HeldLines lines;
     pthread_rwlock_rdlock(&lock);
+    const std::unique_ptr<pthread_rwlock_t, int (*)(pthread_rwlock_t *)> reading(&lock, pthread_rwlock_unlock);
     handler(user, header, bytes);
-    pthread_rwlock_unlock(&lock);
 }
 
 } // namespace pcapplus

@@ -20,11 +20,11 @@ void forwardCapturedPacket(u_char *user, const pcap_pkthdr *header, const u_char
  *
  * Threads: any number of captures forward at the same time without waiting for each other. set() waits until no frame
  * is in the earlier handler any more, so that handler's object may be destroyed afterwards; it goes before further
- * frames, so it cannot starve. A handler must not call set().
+ * frames, so it cannot starve. A handler must not call set(). What is logged in a handler goes out behind it, so that
+ * set() never waits for the host's log handler.
  */
 class PacketHandlerSlot {
 public:
-    /// Never destroyed: a capture may outlive the static objects.
     static PacketHandlerSlot &instance();
 
     void set(PacketHandler newHandler);
@@ -35,7 +35,7 @@ public:
 
 private:
     PacketHandlerSlot();
-    ~PacketHandlerSlot() = delete;
+    ~PacketHandlerSlot() = default;
 
     pthread_rwlock_t lock = PTHREAD_RWLOCK_WRITER_NONRECURSIVE_INITIALIZER_NP;
     PacketHandler handler; ///< guarded by lock; never empty

@@ -52,7 +52,7 @@ PcapDeviceInfo &PcapDeviceManager::getDeviceInfo(unsigned int index) {
     const std::string text = "Requested index number is not available: " + std::to_string(index) +
                              ". The index number is out of range! Please pass a number between 1 and " +
                              std::to_string(devices.size());
-    logging::refuse(exceptions::ResourceNotAvailable(text), context, text);
+    logging::refuse<exceptions::ResourceNotAvailable>(context, text);
 }
 
 std::string PcapDeviceManager::toString() const {

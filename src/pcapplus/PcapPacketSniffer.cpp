@@ -1,21 +1,17 @@
 #include "pcapplus/PcapPacketSniffer.h"
 
-#include <chrono>
-#include <limits>
+#include <exception>
 #include <mutex>
-#include <set>
 
-#include <QCoreApplication>
-#include <QThreadPool>
+#include <net/if.h>
 
 #include <pcap/pcap.h>
 
 #include "core/logging/Log.h"
 #include "core/messages/MessageTexts.h"
 #include "core/messages/StatusMessage.h"
+#include "pcapplus/CaptureRun.h"
 #include "pcapplus/PcapPacketReceiverBase.h"
-#include "pcapplus/RunPcapEventLoop.h"
-#include "pcapplus/openAdapter.h"
 
 namespace pcapplus {
 
@@ -23,30 +19,6 @@ using sonvex::messagetexts::information;
 using sonvex::messagetexts::warning;
 
 namespace {
-
-/// The captures that Qt's application object would wait for without an end. Host's thread only; never destroyed.
-std::set<PcapPacketSniffer *> &runningSniffers() {
-    static auto &sniffers = *new std::set<PcapPacketSniffer *>;
-    return sniffers;
-}
-
-bool stopsAtApplicationEnd = false;
-
-void stopRunningSniffers() {
-    stopsAtApplicationEnd = false; // Qt forgets its routines once they have run
-    const std::set<PcapPacketSniffer *> sniffers = runningSniffers();
-    for (PcapPacketSniffer *sniffer : sniffers) {
-        sniffer->stop();
-    }
-}
-
-void stopAtApplicationEnd(PcapPacketSniffer *sniffer) {
-    runningSniffers().insert(sniffer);
-    if (!stopsAtApplicationEnd) {
-        qAddPostRoutine(stopRunningSniffers);
-        stopsAtApplicationEnd = true;
-    }
-}
 
 /// A compiled filter; compiling is not safe on two threads at a time.
 class FilterProgram {
@@ -84,8 +56,8 @@ PcapPacketSniffer::PcapPacketSniffer(const PcapDeviceInfo &deviceInfo, int snapL
 PcapPacketSniffer::~PcapPacketSniffer() {
     PacketHandlerSlot::instance().set(dummyPacketHandler);
     stop();
-    if (configured) {
-        waitForCaptureEnd();
+    waitForCaptureEnd();
+    if (opened) {
         logging::debug("pcapplus::PcapPacketSniffer::~PcapPacketSniffer", snifferName, "Release PCAP and free memory");
     }
     closeAdapter();
@@ -101,14 +73,14 @@ bool PcapPacketSniffer::configure(const PcapDeviceInfo &device, int snapLength, 
                        " number: ", device.getSystemDeviceNumber());
         return false;
     }
-    if (running) {
-        stop();
-    }
-    closeAdapter();
+    release();
     deviceInfo = device;
+    settings = {snapLength, promiscuous, timeoutMilliseconds};
     std::string error;
-    pcapHandle = openAdapter(deviceInfo.getSystemDeviceName(), {snapLength, promiscuous, timeoutMilliseconds}, error);
+    adapterIndex = if_nametoindex(deviceInfo.getSystemDeviceName().c_str());
+    pcapHandle = openAdapter(deviceInfo.getSystemDeviceName(), settings, error);
     configured = pcapHandle != nullptr;
+    opened = opened || configured;
     const std::string text = configured ? "Successfully configured adapter number " + number
                                         : "Unable to open the adapter number " + number + ". Error message: " + error;
     logging::debug(context, snifferName, text);
@@ -118,9 +90,8 @@ bool PcapPacketSniffer::configure(const PcapDeviceInfo &device, int snapLength, 
 
 bool PcapPacketSniffer::isConfigured() {
     if (!configured) {
-        const std::string text = "Sniffer not configured properly! Please set a valid configuration!";
-        logging::warning("pcapplus::PcapPacketSniffer::isConfigured", snifferName, text);
-        report(warning, text);
+        warn("pcapplus::PcapPacketSniffer::isConfigured",
+             "Sniffer not configured properly! Please set a valid configuration!");
     }
     return configured;
 }
@@ -134,6 +105,7 @@ PcapDeviceInfo PcapPacketSniffer::getDeviceInfoCopy() const {
 }
 
 bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, std::uint32_t netmask) {
+    static constexpr char context[] = "pcapplus::PcapPacketSniffer::setFilter";
     if (!isConfigured()) {
         return false;
     }
@@ -144,22 +116,24 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
         text += ": Unable to compile! Check the syntax";
     } else {
         // A capture reads the filter program that pcap_setfilter replaces, so it pauses; the kernel keeps its frames.
-        if (running) {
-            breakLoop();
+        const bool pauses = running && !captureRun->hasFailed();
+        if (pauses) {
+            captureRun->breakLoop();
         }
         waitForCaptureEnd();
         filterEnabled = pcap_setfilter(pcapHandle, program.get()) >= 0;
         if (filterEnabled) {
             filterExpression = expression;
+            filter = std::make_unique<Filter>(Filter{expression, optimise, netmask});
             text += " enabled";
         } else {
             text += std::string(": cannot be set! Error message: ") + pcap_geterr(pcapHandle);
         }
-        if (running) {
-            launchLoop(GatheredFrames::Deliver);
+        if (pauses) {
+            running = launch(GatheredFrames::Deliver);
         }
     }
-    logging::debug("pcapplus::PcapPacketSniffer::setFilter", snifferName, text);
+    logging::debug(context, snifferName, text);
     report(information, text);
     return filterEnabled;
 }
@@ -176,36 +150,47 @@ void PcapPacketSniffer::registerPacketReceiver(PcapPacketReceiverBase &receiver)
 void PcapPacketSniffer::start() {
     static constexpr char context[] = "pcapplus::PcapPacketSniffer::start";
     if (running) {
-        const std::string text = "Sniffer already listening, cannot be started!";
-        logging::warning(context, snifferName, text);
-        report(warning, text);
+        warn(context, "Sniffer already listening, cannot be started!");
         return;
+    }
+    if (isAdapterLost()) {
+        reopenAdapter();
     }
     if (!isConfigured()) {
         return;
     }
     const std::string text = "Start listening";
     logging::debug(context, snifferName, text);
-    launchLoop(GatheredFrames::Skip);
-    report(information, text);
-    running = true;
-    stopAtApplicationEnd(this);
+    running = launch(GatheredFrames::Skip);
+    if (running) {
+        report(information, text);
+    }
 }
 
 void PcapPacketSniffer::stop() {
     static constexpr char context[] = "pcapplus::PcapPacketSniffer::stop";
     if (!running) {
-        const std::string text = "Sniffer not listening, cannot be stopped!";
-        logging::warning(context, snifferName, text);
-        report(warning, text);
+        warn(context, "Sniffer not listening, cannot be stopped!");
         return;
     }
     running = false;
-    runningSniffers().erase(this);
-    breakLoop();
+    captureRun->breakLoop();
     const std::string text = "Stop listening";
     logging::debug(context, snifferName, text);
     report(information, text);
+}
+
+void PcapPacketSniffer::waitForCaptureEnd() {
+    if (captureRun) {
+        captureRun->wait();
+    }
+}
+
+void PcapPacketSniffer::release() {
+    if (running) {
+        stop();
+    }
+    closeAdapter();
 }
 
 std::string PcapPacketSniffer::toString() const {
@@ -218,50 +203,47 @@ std::string PcapPacketSniffer::toString() const {
     return text;
 }
 
+void PcapPacketSniffer::warn(const char *context, const std::string &text) {
+    logging::warning(context, snifferName, text);
+    report(warning, text);
+}
+
 void PcapPacketSniffer::report(const char *type, const std::string &text) {
     Q_EMIT message(sonvex::StatusMessage(snifferName, type, "PcapPacketSniffer", text));
 }
 
 void PcapPacketSniffer::closeAdapter() {
+    captureRun.reset();
     if (pcapHandle != nullptr) {
-        waitForCaptureEnd();
         pcap_close(pcapHandle);
         pcapHandle = nullptr;
     }
 }
 
-void PcapPacketSniffer::launchLoop(GatheredFrames gathered) {
-    waitForCaptureEnd();
-    eventLoop = new RunPcapEventLoop(snifferName, pcapHandle, gathered);
-    loopEnd = eventLoop->getEnd();
-    // A capture runs for hours: it must neither wait behind the host's tasks in the pool nor hold one of its few slots.
-    QThreadPool *pool = QThreadPool::globalInstance();
-    if (!pool->tryStart(eventLoop)) {
-        pool->start(eventLoop, std::numeric_limits<int>::max());
-    }
-    pool->releaseThread();
+bool PcapPacketSniffer::isAdapterLost() const {
+    return opened && (pcapHandle == nullptr || (captureRun && captureRun->hasFailed()) ||
+                      if_nametoindex(deviceInfo.getSystemDeviceName().c_str()) != adapterIndex);
 }
 
-void PcapPacketSniffer::breakLoop() {
-    // A break that no loop is left to see would end the next one: for a loop that has ended by itself, and for one that
-    // still waits in the pool's queue, which is withdrawn.
-    QThreadPool *pool = QThreadPool::globalInstance();
-    if (!loopEnd.valid() || loopEnd.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
-        return;
-    }
-    if (pool->tryTake(eventLoop)) {
-        delete eventLoop;
-        pool->reserveThread();
-    } else {
-        pcap_breakloop(pcapHandle);
+void PcapPacketSniffer::reopenAdapter() {
+    if (configure(PcapDeviceInfo(deviceInfo), settings.snapLength, settings.promiscuous,
+                  settings.timeoutMilliseconds) &&
+        filter) {
+        const Filter earlier = *filter;
+        setFilter(earlier.expression, earlier.optimise, earlier.netmask);
     }
 }
 
-void PcapPacketSniffer::waitForCaptureEnd() {
-    if (loopEnd.valid()) {
-        loopEnd.wait();
-        loopEnd = {};
+bool PcapPacketSniffer::launch(GatheredFrames gathered) {
+    captureRun.reset();
+    try {
+        captureRun = std::make_unique<CaptureRun>(snifferName, pcapHandle, gathered);
+    } catch (const std::exception &refusal) {
+        warn("pcapplus::PcapPacketSniffer::launch",
+             std::string("The system refused a thread for the capture! Error message: ") + refusal.what());
+        return false;
     }
+    return true;
 }
 
 } // namespace pcapplus

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <future>
+#include <memory>
 #include <string>
 
 #include <QObject>
@@ -9,23 +9,22 @@
 #include "core/data/StringOverloadBase.h"
 #include "core/messages/BaseMessage.h"
 #include "pcapplus/PcapDeviceInfo.h"
-
-struct pcap;
+#include "pcapplus/openAdapter.h"
 
 namespace pcapplus {
 
+class CaptureRun;
 class PcapPacketReceiverBase;
-class RunPcapEventLoop;
 enum class GatheredFrames;
 
 /**
- * Opens one adapter and captures from it on a thread of the global pool.
+ * Opens one adapter and captures from it on a thread of its own, the CaptureRun.
  *
- * Threads: all operations belong on the host's thread, which alone touches the fields; the capture loop knows only the
- * adapter's handle, and libpcap's pcap_breakloop ends it from here. stop() does not wait for the loop, start() after
- * stop(), waitForCaptureEnd() and the destructor do.
+ * Threads: all operations belong on the host's thread, which alone touches the fields; the capture's thread knows only
+ * the adapter's handle. stop() does not wait for that thread; start() after stop(), release() and the destructor do.
  *
- * A capture still running when Qt's application object goes is stopped then, as that object waits for the pool.
+ * It runs from start() to stop(), also if its adapter fails meanwhile; the next start() opens the adapter anew then. A
+ * start that the system gives no thread or no adapter for leaves it stopped, with a warning.
  */
 class PcapPacketSniffer : public QObject, public StringOverloadBase {
     Q_OBJECT
@@ -48,6 +47,9 @@ public:
     void registerPacketReceiver(PcapPacketReceiverBase &receiver);
     /// Returns once no capture loop of this sniffer is left. For a running capture, call stop() first.
     void waitForCaptureEnd();
+    /// Ends the capture, waits for that and closes the adapter, so that the kernel gathers no frames for it any more;
+    /// a start() would open it anew.
+    void release();
 
     std::string toString() const override;
 
@@ -60,21 +62,35 @@ Q_SIGNALS:
     void message(const sonvex::BaseMessage &message);
 
 private:
+    /// What setFilter() was given, for an adapter that is opened anew.
+    struct Filter {
+        std::string expression;
+        int optimise;
+        std::uint32_t netmask;
+    };
+
+    void warn(const char *context, const std::string &text);
     void report(const char *type, const std::string &text);
     void closeAdapter();
-    void launchLoop(GatheredFrames gathered);
-    void breakLoop();
+    /// Whether the adapter was open once and no capture can go on with that.
+    bool isAdapterLost() const;
+    void reopenAdapter();
+    /// @return false, with a warning, if the system gives no thread
+    bool launch(GatheredFrames gathered);
 
     std::string snifferName;
     PcapDeviceInfo deviceInfo;
+    AdapterSettings settings{};
     bool configured = false;
     bool running = false;
     bool filterEnabled = false;
     std::string filterExpression = "None";
+    std::unique_ptr<Filter> filter; ///< the one that is set; null without
     std::string receiverName = "None";
-    pcap *pcapHandle = nullptr;
-    RunPcapEventLoop *eventLoop = nullptr; ///< the latest; owned by the pool
-    std::future<void> loopEnd;             ///< ready when the latest loop's task is gone
+    pcap_t *pcapHandle = nullptr;
+    bool opened = false;                    ///< at some time
+    unsigned int adapterIndex = 0;          ///< the system's number of the adapter: not that of a later one of its name
+    std::unique_ptr<CaptureRun> captureRun; ///< the latest
 };
 
 } // namespace pcapplus

@@ -1,10 +1,10 @@
 #include "pcapplus/RunPcapEventLoop.h"
 
 #include <chrono>
+#include <new>
+#include <utility>
 
 #include <sys/time.h>
-
-#include <QThreadPool>
 
 #include "core/logging/Log.h"
 #include "pcapplus/PacketHandlerSlot.h"
@@ -30,36 +30,34 @@ void forwardFromLaunchOn(u_char *user, const pcap_pkthdr *header, const u_char *
             return;
         }
     }
-    forwardCapturedPacket(nullptr, header, bytes);
+    try {
+        forwardCapturedPacket(nullptr, header, bytes);
+    } catch (const std::bad_alloc &) { // which must not reach libpcap's frames
+        logging::warning("pcapplus::RunPcapEventLoop::run", "No memory for what a frame leads to!");
+    }
 }
 
 } // namespace
 
-RunPcapEventLoop::RunPcapEventLoop(const std::string &name, pcap_t *handle, GatheredFrames gathered)
-    : name(name), handle(handle), launch{} {
-    setAutoDelete(true);
-    if (gathered == GatheredFrames::Skip) {
-        gettimeofday(&launch, nullptr);
-    }
-}
+RunPcapEventLoop::RunPcapEventLoop(std::string name, pcap_t *handle, timeval launch)
+    : name(std::move(name)), handle(handle), launch(launch) {}
 
 RunPcapEventLoop::~RunPcapEventLoop() {
     logging::debug("pcapplus::RunPcapEventLoop::~RunPcapEventLoop", name, "Released!");
 }
 
-void RunPcapEventLoop::run() {
+bool RunPcapEventLoop::run() {
     static constexpr char context[] = "pcapplus::RunPcapEventLoop::run";
     logging::debug(context, name, "PCAP listener active");
     // The kernel fills the ring from the moment that the adapter is open, and drops what comes once it is full: a loop
     // that began with these frames would deliver the past, and then a gap.
     Gathered gathered{launch, std::chrono::steady_clock::now() + std::chrono::seconds(1), timerisset(&launch)};
-    pcap_loop(handle, 0, forwardFromLaunchOn, reinterpret_cast<u_char *>(&gathered));
+    const bool failed = pcap_loop(handle, 0, forwardFromLaunchOn, reinterpret_cast<u_char *>(&gathered)) == PCAP_ERROR;
+    if (failed) {
+        logging::warning(context, name, "The capture ended by itself! Error message: ", pcap_geterr(handle));
+    }
     logging::debug(context, name, "PCAP listener INACTIVE");
-    QThreadPool::globalInstance()->reserveThread();
-}
-
-std::future<void> RunPcapEventLoop::getEnd() {
-    return end.get_future();
+    return !failed;
 }
 
 } // namespace pcapplus

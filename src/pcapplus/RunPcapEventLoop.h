@@ -1,10 +1,6 @@
 #pragma once
 
-#include <future>
 #include <string>
-
-#include <QObject>
-#include <QRunnable>
 
 #include <pcap/pcap.h>
 
@@ -13,31 +9,24 @@ namespace pcapplus {
 /// Whether frames count that the open adapter gathered before the loop was launched.
 enum class GatheredFrames { Skip, Deliver };
 
-/**
- * One run of a capture loop, as a task of the global thread pool, which deletes it at the end.
- *
- * The pool is the whole process's: while the loop runs, its thread does not count there, so that other tasks find
- * their slots. The starter releases the slot (QThreadPool::releaseThread), the end of the run takes it back.
- */
-class RunPcapEventLoop : public QObject, public QRunnable {
-    Q_OBJECT
-
+/// The task of a capture's thread: libpcap's loop, from the first frame to the break. Built and run on that thread.
+class RunPcapEventLoop {
 public:
     /// @param handle an open adapter; has to stay open until the task is gone
-    RunPcapEventLoop(const std::string &name, pcap_t *handle, GatheredFrames gathered);
-    ~RunPcapEventLoop() override;
+    /// @param launch frames from before are skipped; zero if none are
+    RunPcapEventLoop(std::string name, pcap_t *handle, timeval launch);
+    ~RunPcapEventLoop();
+    RunPcapEventLoop(const RunPcapEventLoop &) = delete;
+    RunPcapEventLoop &operator=(const RunPcapEventLoop &) = delete;
 
-    /// Captures until pcap_breakloop, or until the adapter fails.
-    void run() override;
-
-    /// Becomes ready, by a broken promise, when the task has been deleted: only wait() on it.
-    std::future<void> getEnd();
+    /// Captures until pcap_breakloop.
+    /// @return false, with libpcap's reason in the log, if the adapter has failed before
+    bool run();
 
 private:
-    std::promise<void> end; ///< broken by the task's deletion, when the loop has let go of the handle
-    std::string name;
+    const std::string name;
     pcap_t *handle;
-    timeval launch; ///< frames from before are skipped; zero if none are
+    timeval launch;
 };
 
 } // namespace pcapplus

@@ -28,15 +28,12 @@ std::string Processor::toString() const {
     return "Processor: " + getName() + "\n\tProcessor active (calculating?): " + (isProcessingActive() ? "1" : "0");
 }
 
-void Processor::retire() {
-    if (isProcessingActive()) {
-        stop();
-    }
-}
+void Processor::retire() {}
 
 void Processor::end() {
     logging::debug("process::Processor::end", getName(), " End called!");
     stop();
+    retire();
 }
 
 } // namespace process

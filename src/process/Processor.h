@@ -10,7 +10,7 @@ namespace process {
 /**
  * Turns audio into results, one ChannelData at a time; the worker's name is the name of every result.
  *
- * Threads: start(), stop() and isProcessingActive() on any thread, end() and retire() on the one that ends the
+ * Threads: start(), stop() and isProcessingActive() on any thread, end() and retire() on the one that made the
  * processor; results are emitted on the worker's thread. The flag is atomic and nothing is ordered around it: a
  * calculation that is in work finishes.
  */
@@ -25,10 +25,11 @@ public:
     virtual bool isProcessingActive() const;
     std::string toString() const override;
 
-    /// Stops for good, before what the processor reads goes away: neither start() nor a clock may follow.
+    /// For good, on a stopped processor, before what it reads goes away: lets go of all but its own thread.
     virtual void retire();
 
 public Q_SLOTS:
+    /// Stops and retires.
     void end() override;
 
 Q_SIGNALS:

@@ -9,6 +9,7 @@
 
 #include "avb/AvbAudioBuffer.h"
 #include "core/data/ChangeNotices.h"
+#include "core/logging/HeldLines.h"
 #include "core/logging/Log.h"
 #include "process/configuration/SampleProcessorConfigBase.h"
 
@@ -38,11 +39,12 @@ std::string SampleProcessorBase::toString() const {
 }
 
 void SampleProcessorBase::retire() {
-    Processor::retire();
+    // The processor is destroyed on its own thread, where a running timer of this one could not be stopped.
     clock.retire();
 }
 
 void SampleProcessorBase::start() {
+    const logging::HeldLines lines;
     const std::lock_guard<std::recursive_mutex> lock(transitionMutex);
     deliverClockRequests();
     if (config->isInternalClockActive() && !isProcessingActive()) {
@@ -53,18 +55,13 @@ void SampleProcessorBase::start() {
 }
 
 void SampleProcessorBase::stop() {
+    const logging::HeldLines lines;
     const std::lock_guard<std::recursive_mutex> lock(transitionMutex);
     deliverClockRequests();
     if (isProcessingActive()) {
         Q_EMIT stopInternalClock();
     }
     Processor::stop();
-}
-
-void SampleProcessorBase::end() {
-    Processor::end();
-    // The processor is destroyed on its own thread, where a running timer of this one could not be stopped.
-    clock.retire();
 }
 
 void SampleProcessorBase::progress() {
@@ -100,6 +97,7 @@ void SampleProcessorBase::deliverClockRequests() {
 }
 
 void SampleProcessorBase::switchClock(const QObject *sender, const char *signal, const char *slot) {
+    const logging::HeldLines lines;
     const std::lock_guard<std::recursive_mutex> lock(transitionMutex);
     const bool wasActive = isProcessingActive();
     stop();
@@ -121,6 +119,7 @@ void SampleProcessorBase::clockRefreshChanged(const std::string &changedParamete
     if (changedParameter != notices::clockRefreshRateChanged) {
         return;
     }
+    const logging::HeldLines lines;
     const std::lock_guard<std::recursive_mutex> lock(transitionMutex);
     if (isProcessingActive()) {
         logging::debug(context, getName(), "Processor active: Restarting processor to refresh clock rate change");
@@ -134,13 +133,12 @@ void SampleProcessorBase::sampleAmountChanged(const std::string &changedParamete
     if (changedParameter != notices::sampleAmountChanged) {
         return;
     }
-    const unsigned int amount = config->getSampleAmount();
-    // No block is longer than the buffer, so an absurd amount costs no memory.
-    const std::size_t entries = std::min<std::size_t>(amount, audioBuffer->getSize());
-    xValues.resize(entries);
-    yValues.resize(entries);
     logging::debug("process::SampleProcessorBase::sampleAmountChanged", getName(),
-                   "Processed amount of samples: ", amount);
+                   "Processed amount of samples: ", config->getSampleAmount());
+}
+
+void SampleProcessorBase::warnAboutMemory(const char *context) const {
+    logging::warning(context, getName(), "Not enough memory for the sample amount: ", config->getSampleAmount());
 }
 
 std::vector<float> SampleProcessorBase::fetchConfiguredSamples(std::vector<float> storage) {

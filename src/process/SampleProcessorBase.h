@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <mutex>
+#include <new>
+#include <stdexcept>
 #include <vector>
 
 #include "process/InternalClock.h"
@@ -24,7 +26,7 @@ class SampleProcessorConfigBase;
  * the thread that made the processor, the owner thread; its ticks and the buffer's signals cross over as queued calls.
  * start() and stop() run on the caller's thread, end() and retire() on the owner thread. A notice restarts a running
  * processor on its own thread; transitionMutex makes that one step for the others, so that a stop() meanwhile is the
- * last word.
+ * last word. What is logged under it goes out once it is free.
  *
  * A derived class declares calculate as a slot again, with the same defaults, returns from it at once unless
  * isProcessingActive(), and lets its creator call publishConfiguration() on the configuration: that makes the clock
@@ -45,7 +47,6 @@ public:
 public Q_SLOTS:
     void start() override;
     void stop() override;
-    void end() override;
 
 Q_SIGNALS:
     void startInternalClock(int msec);
@@ -65,10 +66,22 @@ protected:
     /// latest signal on the external one. @param storage an earlier block that is no longer needed
     std::vector<float> fetchConfiguredSamples(std::vector<float> storage = {});
 
+    /// Runs what needs memory in amounts that the host's numbers decide on: where there is none, the result is left
+    /// out, with a warning. @return whether there was enough
+    template <class Work>
+    bool withMemory(const char *context, Work &&work) {
+        try {
+            work();
+            return true;
+        } catch (const std::bad_alloc &) {
+        } catch (const std::length_error &) {
+        }
+        warnAboutMemory(context);
+        return false;
+    }
+
     avb::AvbAudioBuffer *audioBuffer;
     InternalClock clock;
-    std::vector<double> xValues;
-    std::vector<double> yValues;
     SampleProcessorConfigBase *config;
 
 private:
@@ -77,6 +90,7 @@ private:
     void switchClock(const QObject *sender, const char *signal, const char *slot);
     void restartForClockChange(bool wasActive);
     void deliverClockRequests();
+    void warnAboutMemory(const char *context) const;
 
     std::recursive_mutex transitionMutex;    ///< held while the flag and the timer change
     QMetaObject::Connection clockConnection; ///< the one connection that leads to calculate()

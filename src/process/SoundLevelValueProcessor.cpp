@@ -94,8 +94,8 @@ void SoundLevelValueProcessor::calculate(const std::string & /*bufferName*/, std
     for (double &level : levels) {
         level = decibelsPerDecade * std::log10(level);
     }
-    xValues.resize(levels.size());
-    Q_EMIT newProcessData(sonvex::ChannelData(getName(), sonvex::VectorData(xValues, std::move(levels))));
+    std::vector<double> zeros(levels.size());
+    Q_EMIT newProcessData(sonvex::ChannelData(getName(), sonvex::VectorData(std::move(zeros), std::move(levels))));
     accumulatedSamples = 0;
 }
 

@@ -5,6 +5,7 @@
 
 #include "avb/AvbAudioBuffer.h"
 #include "core/data/ChangeNotices.h"
+#include "core/logging/HeldLines.h"
 #include "core/logging/Log.h"
 #include "process/configuration/SpectrumConfig.h"
 
@@ -31,16 +32,20 @@ std::string SpectrumProcessor::toString() const {
     return SampleProcessorBase::toString() + "\n" + fft.toString();
 }
 
-void SpectrumProcessor::end() {
-    SampleProcessorBase::end();
+void SpectrumProcessor::retire() {
+    SampleProcessorBase::retire();
     averager.retire();
 }
 
 void SpectrumProcessor::calculate(const std::string & /*clockName*/, std::size_t /*sampleAmount*/) {
+    const logging::HeldLines lines;
     const std::lock_guard<std::mutex> lock(mutex);
-    if (!isProcessingActive()) {
-        return;
+    if (isProcessingActive()) {
+        withMemory("process::SpectrumProcessor::calculate", [this] { deliverSpectrum(); });
     }
+}
+
+void SpectrumProcessor::deliverSpectrum() {
     samples = fetchConfiguredSamples(std::move(samples));
     if (!fft.calculate(samples) || resultSize == 0) {
         return;
@@ -65,22 +70,28 @@ void SpectrumProcessor::sampleAmountChanged(const std::string & /*changedParamet
 }
 
 void SpectrumProcessor::fftOrderChanged(const std::string &changedParameter) {
+    const logging::HeldLines lines;
     const std::lock_guard<std::mutex> lock(mutex);
     // The size follows from the order: read by itself, it could already be that of the next one.
     const unsigned int order = spectrumConfig->getFftOrder();
     if (changedParameter != sonvex::notices::fftOrderChanged || order == 0) {
         return;
     }
-    const bool isReady = fft.setFftOrder(order);
-    if (isReady && !fft.isWindowingActive()) {
+    if (fft.setFftOrder(order) && !fft.isWindowingActive()) {
         fft.setWindowing(true); // two samples can't have a window, and blocks after them shall not stay without
     }
-    // No block is longer than the buffer, so an absurd order costs no memory here.
+    // No block is longer than the buffer: an order beyond it has no results, and none without a transform.
     const std::size_t size = std::size_t{1} << order;
-    resultSize = size <= audioBuffer->getSize() ? static_cast<unsigned int>(size / 2) : 0;
-    std::vector<double> bins(resultSize);
-    std::iota(bins.begin(), bins.end(), 0.0);
-    channelData.getVectorData().setX(std::move(bins));
+    resultSize = 0;
+    if (!fft.isReady() || size > audioBuffer->getSize()) {
+        return;
+    }
+    withMemory("process::SpectrumProcessor::fftOrderChanged", [&] {
+        std::vector<double> bins(size / 2);
+        std::iota(bins.begin(), bins.end(), 0.0);
+        channelData.getVectorData().setX(std::move(bins));
+        resultSize = static_cast<unsigned int>(size / 2);
+    });
 }
 
 } // namespace process

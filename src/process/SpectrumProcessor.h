@@ -19,7 +19,7 @@ class SpectrumConfig;
  *
  * Threads: as its base; a changed order is taken over on the processor's thread, between two calculations. The mutex
  * keeps the two apart before there is such a thread, and is taken before those of the transform and the averager. The
- * averager stays on the owner thread and is destroyed with the processor on its own: end() retires it.
+ * averager stays on the owner thread and is destroyed with the processor on its own: retire() cuts it off before.
  */
 class SpectrumProcessor : public SampleProcessorBase {
     Q_OBJECT
@@ -35,7 +35,7 @@ public:
                                      avb::AvbAudioBuffer &audioBuffer);
 
     std::string toString() const override;
-    void end() override;
+    void retire() override;
 
 private Q_SLOTS:
     void calculate(const std::string &clockName = "InternalClock", std::size_t sampleAmount = 0) override;
@@ -45,6 +45,8 @@ protected Q_SLOTS:
     void fftOrderChanged(const std::string &changedParameter);
 
 private:
+    void deliverSpectrum();
+
     fft::IppFft fft;
     std::vector<float> samples;  ///< the latest block, windowed
     unsigned int resultSize = 0; ///< bins of a result; 0 while there can be none

@@ -29,16 +29,19 @@ std::string WaveformProcessor::toString() const {
 }
 
 void WaveformProcessor::calculate(const std::string & /*clockName*/, std::size_t /*sampleAmount*/) {
-    if (!isProcessingActive()) {
-        return;
+    if (isProcessingActive()) {
+        withMemory("process::WaveformProcessor::calculate", [this] { deliverCurve(); });
     }
+}
+
+void WaveformProcessor::deliverCurve() {
     samples = fetchConfiguredSamples(std::move(samples));
     sonvex::VectorData &values = curve.getVectorData();
     if (indexAmount != samples.size()) {
-        indexAmount = samples.size();
-        std::vector<double> indices(indexAmount);
+        std::vector<double> indices(samples.size());
         std::iota(indices.begin(), indices.end(), 0.0);
         values.setX(std::move(indices));
+        indexAmount = samples.size();
     }
     std::vector<double> y = values.takeY();
     y.assign(samples.begin(), samples.end());

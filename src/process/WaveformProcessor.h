@@ -27,6 +27,8 @@ private Q_SLOTS:
 private:
     WaveformProcessor(const std::string &name, WaveformConfig &config, avb::AvbAudioBuffer &audioBuffer);
 
+    void deliverCurve();
+
     std::vector<float> samples;  ///< the latest block
     sonvex::ChannelData curve;   ///< the latest result
     std::size_t indexAmount = 0; ///< its x values

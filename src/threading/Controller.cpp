@@ -1,45 +1,50 @@
 #include "threading/Controller.h"
 
+#include <utility>
+
 #include "core/logging/Log.h"
 #include "threading/Worker.h"
 
 namespace threading {
 
-Controller::Controller(Worker *worker, WorkerOwnership ownership) : worker(worker), ownership(ownership) {
+Controller::Controller(std::unique_ptr<Worker> worker)
+    : Controller(HeldWorker(worker.release(), [](Worker *owned) { delete owned; })) {}
+
+Controller::Controller(Worker &worker) : Controller(HeldWorker(&worker, [](Worker * /*borrowed*/) {})) {}
+
+Controller::Controller(HeldWorker heldWorker) : worker(std::move(heldWorker)) {
+    static constexpr char context[] = "threading::Controller::Controller";
     if (worker == nullptr) {
-        logging::warning("threading::Controller::Controller",
-                         "The given worker cannot be controlled! Nullpointer passed!");
+        logging::warning(context, "The given worker cannot be controlled! Nullpointer passed!");
         return;
     }
     worker->moveToThread(&workerThread);
     worker->registerThreadChilds(&workerThread);
-    if (ownership == WorkerOwnership::Thread) {
-        // Deleted at once, on its thread: a deferred deletion would never come once the application object has gone.
-        connect(
-            &workerThread, &QThread::finished, worker, [worker] { delete worker; }, Qt::DirectConnection);
-    }
-    connect(this, &Controller::operate, worker, &Worker::progress);
+    // Let go at once, on its thread: a deferred deletion would never come once the application object has gone.
+    connect(
+        &workerThread, &QThread::finished, worker.get(), [this] { worker.reset(); }, Qt::DirectConnection);
+    connect(this, &Controller::operate, worker.get(), &Worker::progress);
+    Q_EMIT operate(); // waits there for the thread: nothing may fail once that runs
     workerThread.start();
-    Q_EMIT operate();
-    initialized = true;
+    if (!isThreadRunning()) {
+        logging::warning(context, worker->getName(), "The system refused a thread!");
+    }
 }
 
 Controller::~Controller() {
-    if (!initialized) {
-        logging::warning("threading::Controller::~Controller", "Controller not initialized!");
+    static constexpr char context[] = "threading::Controller::~Controller";
+    if (worker == nullptr) {
+        logging::warning(context, "Controller not initialized!");
         return;
     }
     // The thread may delete the worker from quit() on, so its name is kept.
     const std::string name = worker->getName();
-    logging::debug("threading::Controller::~Controller", name, "Quit worker thread...");
-    const bool deletedByThread = isThreadRunning();
+    logging::debug(context, name, "Quit worker thread...");
     worker->end();
     workerThread.quit();
     workerThread.wait();
-    if (!deletedByThread && ownership == WorkerOwnership::Thread) {
-        delete worker; // the system gave no thread that could have done it
-    }
-    logging::debug("threading::Controller::~Controller", name, "Worker thread ended");
+    worker.reset(); // where the system gave no thread that could have done it
+    logging::debug(context, name, "Worker thread ended");
 }
 
 } // namespace threading

@@ -1,19 +1,13 @@
 #pragma once
 
+#include <memory>
+
 #include <QObject>
 #include <QThread>
 
 namespace threading {
 
 class Worker;
-
-/// Who destroys a worker once its thread has ended.
-enum class WorkerOwnership {
-    /// The end of the thread deletes the worker, on that thread.
-    Thread,
-    /// The worker belongs to whoever holds the controller, the worker itself for instance.
-    Holder
-};
 
 /**
  * Owns the thread of one worker. Construction moves the worker there and sets it going; destruction ends the worker,
@@ -23,11 +17,14 @@ class Controller : public QObject {
     Q_OBJECT
 
 public:
-    /// A null @p worker is refused with a warning; such a controller starts no thread.
-    explicit Controller(Worker *worker, WorkerOwnership ownership = WorkerOwnership::Thread);
+    /// Takes the worker: the end of the thread deletes it, on that thread. Null is refused with a warning; such a
+    /// controller starts no thread.
+    explicit Controller(std::unique_ptr<Worker> worker);
+    /// Borrows a worker, which may be the holder of this controller.
+    explicit Controller(Worker &worker);
     ~Controller() override;
 
-    /// False for a refused worker, and where the system gave no thread.
+    /// False for a refused worker, and where the system gave no thread, which a warning has told.
     bool isThreadRunning() const { return workerThread.isRunning(); }
 
 Q_SIGNALS:
@@ -35,10 +32,12 @@ Q_SIGNALS:
     void operate();
 
 private:
+    using HeldWorker = std::unique_ptr<Worker, void (*)(Worker *)>;
+
+    explicit Controller(HeldWorker worker);
+
+    HeldWorker worker; ///< null in a controller without worker, and once the thread has deleted it
     QThread workerThread;
-    Worker *worker;
-    WorkerOwnership ownership;
-    bool initialized = false;
 };
 
 } // namespace threading

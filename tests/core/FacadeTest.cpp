@@ -54,7 +54,7 @@ TEST(Sonvex, refusesAProcessorBeforeItsStream) {
 
 TEST(Sonvex, refusesHandlesThatItDoesNotKnow) {
     Host host;
-    engine::processing::ProcessorHandle unknown("unknown_id", nullptr);
+    engine::processing::ProcessorHandle unknown("unknown_id", std::make_shared<engine::Run>(), nullptr);
     EXPECT_THROW(host.facade.removeProcessor(unknown), exceptions::ResourceNotAvailable);
     for (sonvex::ihandles::IProcessorHandle *handle :
          std::initializer_list<sonvex::ihandles::IProcessorHandle *>{&unknown, &host.foreign}) {

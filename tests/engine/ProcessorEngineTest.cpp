@@ -172,7 +172,7 @@ TEST_F(ProcessorEngine, refusesTypesWithoutADefinition) {
 
 TEST_F(ProcessorEngine, refusesHandlesWithoutAProcessor) {
     using exceptions::ResourceNotAvailable;
-    ProcessorHandle foreign("Foreign_1", nullptr);
+    ProcessorHandle foreign("Foreign_1", std::make_shared<engine::Run>(), nullptr);
     const std::string connectionText = "ProcessorSocket for the given processor handle unique ID 'Foreign_1' don't "
                                        "exists! Process connection cannot be found!";
     const std::string removalText = "ProcessorSocket for the given processor handle (unique ID 'Foreign_1') don't "

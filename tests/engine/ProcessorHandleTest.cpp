@@ -24,15 +24,15 @@ public:
 
 TEST(ProcessorHandle, printsLikeItsSocketWhatItIsFor) {
     EXPECT_EQ("ProcessorHandle\n\tControlled Processor UID: Type_mac_1",
-              ProcessorHandle("Type_mac_1", nullptr).toString());
-    ProcessorSocket socket("name", "Type_mac_1", new IdleProcessor);
+              ProcessorHandle("Type_mac_1", std::make_shared<engine::Run>(), nullptr).toString());
+    ProcessorSocket socket("name", "Type_mac_1", std::make_unique<IdleProcessor>());
     EXPECT_EQ("ProcessorSocket: name\n" + socket.getProcessor()->toString(), socket.toString());
 }
 
 TEST(ProcessorHandleManager, refusesToBindAHandleTwice) {
     ProcessorHandleManager manager;
-    ProcessorSocket first("first", "id", new IdleProcessor);
-    ProcessorSocket second("second", "id", new IdleProcessor);
+    ProcessorSocket first("first", "id", std::make_unique<IdleProcessor>());
+    ProcessorSocket second("second", "id", std::make_unique<IdleProcessor>());
     ProcessorHandle &handle = *manager.getHandle(first);
     const std::string text =
         "Processor handle with unique ID 'id' is already bound and cannot be bind to processor socket: second";
@@ -52,7 +52,7 @@ TEST(ProcessorHandleManager, keepsUnboundHandlesInByteOrderOfTheirUniqueIds) {
     const std::string heading = "ProcessorHandleManager\n\tList of managed processor handles (UID's):\n";
     EXPECT_EQ(heading, manager.toString());
     for (const char *id : {"b_2", "a_1", "b_10"}) {
-        ProcessorSocket socket("name", id, new IdleProcessor);
+        ProcessorSocket socket("name", id, std::make_unique<IdleProcessor>());
         const support::LogRecorder log;
         EXPECT_FALSE(manager.deactivateProcessorHandle(socket));
         EXPECT_EQ(Lines{"W engine::processing::ProcessorHandleManager::deactivateProcessorHandle Processor handle with "

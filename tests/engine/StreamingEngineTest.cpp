@@ -224,22 +224,9 @@ TEST(StreamingEngine, endsItsReceiversInOrder) {
                                         "~AvtpPacketChecker", "Network receiver cleared!", "Cleanup completed!"}));
 }
 
-TEST(NetworkReceiver, onlyWarnsWhenStartedAfterTheRun) {
-    engine::streaming::NetworkReceiver receiver(support::adapter("lo"), 2, "ether proto 0x22f0");
-    sonvex::ihandles::INetworkReceiverHandle &handle = receiver.getHandle();
-    handle.start();
-    receiver.endRun();
-    EXPECT_FALSE(handle.isRunning());
-    const support::LogRecorder log;
-    handle.start();
-    EXPECT_FALSE(handle.isRunning());
-    ASSERT_EQ(log.lines().size(), 1U);
-    EXPECT_EQ(log.warnings().size(), 1U);
-}
-
 TEST(NetworkReceiver, printsItsPartsOneAfterTheOther) {
     const auto lo = support::adapter("lo");
-    const engine::streaming::NetworkReceiver receiver(lo, 2, "");
+    const engine::streaming::NetworkReceiver receiver(lo, 2, "", std::make_shared<engine::Run>());
     const std::string number = std::to_string(lo.getSystemDeviceNumber());
     EXPECT_EQ(receiver.toString(),
               "NetworkReceiver: AvtpPacketReceiver (eth" + number +

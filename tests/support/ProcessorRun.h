@@ -18,7 +18,7 @@ public:
     explicit ProcessorRun(process::Processor *runningProcessor) : processor(runningProcessor) {
         connect(processor, &process::Processor::newProcessData, this,
                 [this](sonvex::ChannelData result) { results.push_back(std::move(result)); });
-        controller = std::make_unique<threading::Controller>(processor);
+        controller = std::make_unique<threading::Controller>(std::unique_ptr<threading::Worker>(processor));
     }
 
     process::Processor *operator->() const { return processor; }

@@ -54,7 +54,7 @@ private:
 TEST(Controller, runsProgressOnceOnANewThreadAndKeepsTheThreadForQueuedCalls) {
     Story story;
     auto *worker = new ProbeWorker(story, false);
-    const threading::Controller controller(worker);
+    const threading::Controller controller{std::unique_ptr<threading::Worker>(worker)};
     std::thread::id queuedCallThread;
     QMetaObject::invokeMethod(
         worker, [&] { queuedCallThread = std::this_thread::get_id(); }, Qt::BlockingQueuedConnection);
@@ -71,7 +71,7 @@ TEST_P(ControllerEnd, deletesTheWorkerOnItsOwnThreadBeforeItReturns) {
     threadId << static_cast<const void *>(QThread::currentThreadId());
     Story story;
     {
-        const threading::Controller controller(new ProbeWorker(story, GetParam()));
+        const threading::Controller controller(std::make_unique<ProbeWorker>(story, GetParam()));
         story.progressEntered.get_future().wait();
     }
     EXPECT_EQ(std::this_thread::get_id(), story.endThread);
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(WhetherProgressReturnsByItselfOrAtTheEnd, ControllerEnd
 TEST(Controller, losesNoWorkerHoweverSoonItGoes) {
     for (int turn = 0; turn < 300; ++turn) {
         Story story;
-        { const threading::Controller controller(new ProbeWorker(story, turn % 2 == 0)); }
+        { const threading::Controller controller(std::make_unique<ProbeWorker>(story, turn % 2 == 0)); }
         ASSERT_NE(std::thread::id(), story.deletionThread);
         ASSERT_NE(std::this_thread::get_id(), story.deletionThread);
     }
@@ -100,7 +100,7 @@ TEST(Controller, losesNoWorkerHoweverSoonItGoes) {
 TEST(Controller, leavesTheWorkerOfAHolderToTheHolder) {
     Story story;
     auto worker = std::make_unique<ProbeWorker>(story, false);
-    { const threading::Controller controller(worker.get(), threading::WorkerOwnership::Holder); }
+    { const threading::Controller controller(*worker); }
     EXPECT_EQ(std::this_thread::get_id(), story.endThread);
     EXPECT_EQ(std::thread::id(), story.deletionThread);
     worker.reset();

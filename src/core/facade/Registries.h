@@ -24,12 +24,14 @@ struct Registries {
         return *registry.back();
     }
 
-    // Users stand behind what they use, so that they go first here as well.
-    Registry<sonvex::BufferConfiguration> buffers;
-    Registry<process::SoundLevelValueConfig> soundLevelValues;
-    Registry<process::WaveformConfig> waveforms;
-    Registry<process::SpectrumConfig> spectra;
-    Registry<sonvex::DeviceConfiguration> devices;
-    Registry<sonvex::ProcessConfiguration> processes;
+    /// Deletes them all, users before what they use, and logs each step of ISonvex::destroy.
+    void clear();
+
     Registry<sonvex::StreamConfiguration> streams;
+    Registry<sonvex::ProcessConfiguration> processes;
+    Registry<sonvex::DeviceConfiguration> devices;
+    Registry<process::SpectrumConfig> spectra;
+    Registry<process::WaveformConfig> waveforms;
+    Registry<process::SoundLevelValueConfig> soundLevelValues;
+    Registry<sonvex::BufferConfiguration> buffers;
 };

@@ -1,26 +1,18 @@
 #include "core/facade/Sonvex.h"
 
-#include <QMetaType>
-
 #include <sonvex/exceptions.h>
 
 #include "core/configuration/ProcessConfiguration.h"
 #include "core/configuration/StreamConfiguration.h"
-#include "core/data/ChannelData.h"
 #include "core/logging/Log.h"
-#include "core/messages/ChannelAmountChanged.h"
 #include "core/metering/MeteringDataSource.h"
 #include "core/metering/ProcessConnection.h"
 #include "engine/processing/ProcessorHandle.h"
 #include "engine/streaming/NetworkReceiverHandle.h"
 
 Sonvex::Sonvex() {
-    qRegisterMetaType<std::size_t>("std::size_t");
-    qRegisterMetaType<std::string>("std::string");
-    qRegisterMetaType<sonvex::ChannelData>("sonvex::ChannelData");
-    qRegisterMetaType<std::shared_ptr<sonvex::BaseMessage>>("std::shared_ptr<sonvex::BaseMessage>");
-    qRegisterMetaType<std::shared_ptr<sonvex::ChannelAmountChanged>>("std::shared_ptr<sonvex::ChannelAmountChanged");
     connect(&streamingEngine, &engine::streaming::StreamingEngine::message, this, &Sonvex::forwardMessage);
+    beginRun();
 }
 
 Sonvex::~Sonvex() {
@@ -34,21 +26,28 @@ Sonvex::~Sonvex() {
 
 sonvex::ihandles::INetworkReceiverHandle &Sonvex::addRemoteStreamReceiver(sonvex::IStreamConfiguration &configuration) {
     auto &stream = dynamic_cast<sonvex::StreamConfiguration &>(configuration);
+    beginRun();
     streamingEngine.addRemoteStreamReceiver(stream);
     return *streamingEngine.getNetworkDeviceHandle(stream.getNetworkDeviceInfo()->getSystemDeviceName());
 }
 
 sonvex::ihandles::IProcessorHandle &Sonvex::addProcessor(sonvex::IProcessConfiguration &configuration) {
+    beginRun();
     avb::AvbAudioBuffer &audioBuffer =
         *streamingEngine.getAudioBuffer(configuration.getDeviceMacAddress(), configuration.getChannelNumber());
     auto &process = dynamic_cast<sonvex::ProcessConfiguration &>(configuration);
     engine::processing::ProcessorHandle &handle = *processorEngine.addProcessor(process, audioBuffer);
-    // A processor that comes back under its unique ID finds its source, and with it the host's binding.
-    auto &source = meteringDataSources[handle.getUniqueId()];
-    if (!source) {
-        source = std::make_unique<sonvex::MeteringDataSource>(process.getName());
+    try {
+        // A processor that comes back under its unique ID finds its source, and with it the host's binding.
+        auto &source = meteringDataSources[handle.getUniqueId()];
+        if (!source) {
+            source = std::make_unique<sonvex::MeteringDataSource>(process.getName());
+        }
+        processorEngine.getProcessConnection(handle)->setCallbackMethod(source->getChannelCallback());
+    } catch (...) {
+        processorEngine.removeProcessor(handle);
+        throw;
     }
-    processorEngine.getProcessConnection(handle)->setCallbackMethod(source->getChannelCallback());
     return handle;
 }
 
@@ -62,7 +61,7 @@ sonvex::IMeteringDataSource &Sonvex::getMeteringDataSource(sonvex::ihandles::IPr
     if (source == meteringDataSources.end()) {
         const std::string text =
             "The requested MeteringDataSource is not available for processor handle unique ID: " + uniqueId;
-        logging::refuse(exceptions::ResourceNotAvailable(text), "Sonvex::getMeteringDataSource", text);
+        logging::refuse<exceptions::ResourceNotAvailable>("Sonvex::getMeteringDataSource", text);
     }
     return *source->second;
 }
@@ -72,11 +71,29 @@ void Sonvex::setMessageReceiver(const std::function<void(std::shared_ptr<sonvex:
     logging::debug("Sonvex::setMessageReceiver", "Successfully registered the main application message receiver");
 }
 
-void Sonvex::endRun() {
+void Sonvex::beginRun() {
+    if (run && !run->isOver()) {
+        return;
+    }
+    run = std::make_shared<engine::Run>();
+    processorEngine.begin(run);
+    streamingEngine.begin(run);
+}
+
+bool Sonvex::endRun() {
+    if (run->isOver()) {
+        return true;
+    }
+    if (!processorEngine.isOwnThread()) {
+        logging::warning("Sonvex::endRun", "Only the thread that added the processors can end the run!");
+        return false;
+    }
     processorEngine.stop();
     streamingEngine.stop();
-    streamingEngine.endRun();
-    processorEngine.endRun();
+    run->end();
+    streamingEngine.retire();
+    processorEngine.retire();
+    return true;
 }
 
 void Sonvex::forwardMessage(std::shared_ptr<sonvex::BaseMessage> message) {

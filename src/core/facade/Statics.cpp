@@ -1,10 +1,10 @@
 #include "core/facade/Statics.h"
 
-#include <QThreadPool>
-
+#include "core/facade/MetaTypes.h"
 #include "core/facade/Registries.h"
 #include "core/facade/Sonvex.h"
 #include "core/version/VersionInfo.h"
+#include "pcapplus/PacketHandlerSlot.h"
 #include "pcapplus/PcapDeviceManager.h"
 #include "process/configuration/SoundLevelValueTypes.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 /// Touches what would otherwise be built on first use, and then be destroyed before the facade.
 bool buildPrerequisites() {
-    QThreadPool::globalInstance();
+    pcapplus::PacketHandlerSlot::instance();
     process::soundLevelValueTypes();
     engine::processing::ProcessorFactory::definitionsWithAudioBuffer();
     engine::processing::ProcessorFactory::definitionsWithoutAudioBuffer();
@@ -22,6 +22,7 @@ bool buildPrerequisites() {
 }
 
 [[maybe_unused]] const bool prerequisitesBuilt = buildPrerequisites();
+MetaTypes theMetaTypes;
 version::VersionInfo theVersionInfo;
 pcapplus::PcapDeviceManager theDeviceManager;
 Registries theRegistries;

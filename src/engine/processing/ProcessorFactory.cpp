@@ -40,8 +40,8 @@ process::Processor *ProcessorFactory::createProcessor(std::string name, process:
     if (definition == definitionsWithAudioBuffer().end()) {
         const std::string text =
             "There is no definition available to build a processor of type: " + config.getProcessorType();
-        logging::refuse(exceptions::InstanceNotCreateable(text),
-                        "engine::processing::ProcessorFactory::createProcessor", text);
+        logging::refuse<exceptions::InstanceNotCreateable>("engine::processing::ProcessorFactory::createProcessor",
+                                                           text);
     }
     return definition->second(std::move(name), config, audioBuffer);
 }

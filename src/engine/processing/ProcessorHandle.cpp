@@ -14,17 +14,21 @@ bool neverActive() {
 
 } // namespace
 
-ProcessorHandle::ProcessorHandle(std::string uniqueId, QObject *parent)
-    : QObject(parent), uniqueId(std::move(uniqueId)), activeStateProvider(neverActive) {
+ProcessorHandle::ProcessorHandle(std::string uniqueId, std::shared_ptr<const Run> run, QObject *parent)
+    : QObject(parent), uniqueId(std::move(uniqueId)), activeStateProvider(neverActive), run(std::move(run)) {
     logging::debug("engine::processing::ProcessorHandle::ProcessorHandle", this->uniqueId, "Handle initialized!");
 }
 
 void ProcessorHandle::start() {
-    Q_EMIT start(uniqueId);
+    if (!run->refuses("engine::processing::ProcessorHandle::start", uniqueId, "the processor cannot be started!")) {
+        Q_EMIT start(uniqueId);
+    }
 }
 
 void ProcessorHandle::stop() {
-    Q_EMIT stop(uniqueId);
+    if (!run->refuses("engine::processing::ProcessorHandle::stop", uniqueId, "there is no processor to stop!")) {
+        Q_EMIT stop(uniqueId);
+    }
 }
 
 bool ProcessorHandle::isProcessingActive() const {

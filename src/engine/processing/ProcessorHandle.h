@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <QObject>
@@ -8,18 +9,19 @@
 #include <sonvex/IProcessorHandle.h>
 
 #include "core/data/StringOverloadBase.h"
+#include "engine/Run.h"
 
 namespace engine::processing {
 
 /**
  * What the host holds of a processor. It outlives the processor, and is bound again when one of the same unique ID is
- * added. Calls and signals run on the caller's thread, the host's.
+ * added in the same run; once that is over, it only warns. Calls and signals run on the caller's thread, the host's.
  */
 class ProcessorHandle : public QObject, public StringOverloadBase, public sonvex::ihandles::IProcessorHandle {
     Q_OBJECT
 
 public:
-    ProcessorHandle(std::string uniqueId, QObject *parent);
+    ProcessorHandle(std::string uniqueId, std::shared_ptr<const Run> run, QObject *parent);
 
     void start() override;
     void stop() override;
@@ -41,6 +43,7 @@ private:
     std::string uniqueId;
     std::function<bool()> activeStateProvider; ///< never empty
     bool boundToSocket = false;
+    std::shared_ptr<const Run> run;
 };
 
 } // namespace engine::processing

@@ -1,5 +1,7 @@
 #include "engine/processing/ProcessorHandleManager.h"
 
+#include <utility>
+
 #include <sonvex/exceptions.h>
 
 #include "core/logging/Log.h"
@@ -27,8 +29,8 @@ ProcessorHandle *ProcessorHandleManager::getHandle(ProcessorSocket &socket) {
 
 ProcessorHandle *ProcessorHandleManager::addHandle(ProcessorSocket &socket) {
     const std::string uniqueId = socket.getUniqueId();
-    auto &handle = handles[uniqueId];
-    handle = std::make_unique<ProcessorHandle>(uniqueId, nullptr);
+    auto made = std::make_unique<ProcessorHandle>(uniqueId, run, nullptr);
+    const auto &handle = handles.emplace(uniqueId, std::move(made)).first->second;
     socket.bindHandle(*handle);
     logging::debug("engine::processing::ProcessorHandleManager::addHandle",
                    "Created new Processor handle with unique ID '", uniqueId,
@@ -43,7 +45,7 @@ ProcessorHandle *ProcessorHandleManager::enableHandle(ProcessorSocket &socket) {
     if (handle.isHandleBound()) {
         const std::string text = "Processor handle with unique ID '" + uniqueId +
                                  "' is already bound and cannot be bind to processor socket: " + socket.getName();
-        logging::refuse(exceptions::ResourceNotAvailable(text), context, text);
+        logging::refuse<exceptions::ResourceNotAvailable>(context, text);
     }
     socket.bindHandle(handle);
     logging::debug(context, "Processor handle with unique ID '", uniqueId,
@@ -69,6 +71,19 @@ void ProcessorHandleManager::stopAllHandles() {
     for (const auto &entry : handles) {
         entry.second->stop();
     }
+}
+
+bool ProcessorHandleManager::isCurrent(const ProcessorHandle &handle) const {
+    const auto current = handles.find(handle.getUniqueId());
+    return current != handles.end() && current->second.get() == &handle;
+}
+
+void ProcessorHandleManager::begin(std::shared_ptr<const Run> newRun) {
+    for (auto &entry : handles) {
+        formerHandles.push_back(std::move(entry.second));
+    }
+    handles.clear();
+    run = std::move(newRun);
 }
 
 std::string ProcessorHandleManager::toString() const {

@@ -8,9 +8,12 @@
 
 namespace engine::processing {
 
+ProcessorSocket::ProcessorSocket(std::string name, std::string uniqueId, std::unique_ptr<process::Processor> processor)
+    : ProcessorSocket(std::move(name), std::move(uniqueId), processor.release()) {}
+
 ProcessorSocket::ProcessorSocket(std::string name, std::string uniqueId, process::Processor *processor)
-    : Controller(processor), name(std::move(name)), uniqueId(std::move(uniqueId)), processor(processor),
-      processConnection(this->name, nullptr) {
+    : Controller(std::unique_ptr<threading::Worker>(processor)), name(std::move(name)), uniqueId(std::move(uniqueId)),
+      processor(processor), processConnection(this->name, nullptr) {
     // By signature: a result emitted while the connection object goes would cost Qt the function object of the other
     // form.
     connect(processor, SIGNAL(newProcessData(sonvex::ChannelData)), &processConnection,
@@ -42,41 +45,27 @@ void ProcessorSocket::bindHandle(ProcessorHandle &handle) {
     handle.setActiveStateProvider([target = processor] { return target->isProcessingActive(); });
     handle.setHandleBound(true);
     // With this socket as their context, the connections end with it; the handle stays.
-    connect(
-        &handle, qOverload<std::string>(&ProcessorHandle::start), this,
-        [this](const std::string &id) {
-            if (id == uniqueId) {
-                startProcessor();
-            }
-        },
-        Qt::DirectConnection);
-    connect(
-        &handle, qOverload<std::string>(&ProcessorHandle::stop), this,
-        [this](const std::string &id) {
-            if (id == uniqueId) {
-                processor->stop();
-            }
-        },
-        Qt::DirectConnection);
+    const auto connectToProcessor = [&](auto signal, void (process::Processor::*operation)()) {
+        connect(
+            &handle, signal, this,
+            [this, operation](const std::string &id) {
+                if (id == uniqueId) {
+                    (processor->*operation)();
+                }
+            },
+            Qt::DirectConnection);
+    };
+    connectToProcessor(qOverload<std::string>(&ProcessorHandle::start), &process::Processor::start);
+    connectToProcessor(qOverload<std::string>(&ProcessorHandle::stop), &process::Processor::stop);
 }
 
-void ProcessorSocket::startProcessor() {
-    if (runEnded) {
-        logging::warning("engine::processing::ProcessorSocket::startProcessor", name,
-                         "The run was ended by ISonvex::destroy, the processor cannot be started!");
-        return;
-    }
-    processor->start();
-}
-
-void ProcessorSocket::endRun() {
+void ProcessorSocket::retire() {
     if (isThreadRunning()) {
-        // Behind everything that is queued for the processor: calculations, and change notices that may restart it.
+        // Behind everything that is queued for the processor: calculations, and change notices.
         QMetaObject::invokeMethod(
             processor, [] {}, Qt::BlockingQueuedConnection);
     }
     processor->retire();
-    runEnded = true;
 }
 
 } // namespace engine::processing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "core/data/StringOverloadBase.h"
@@ -21,7 +22,7 @@ class ProcessorHandle;
 class ProcessorSocket : public StringOverloadBase, public threading::Controller {
 public:
     /// Takes the @p processor: the end of its thread deletes it.
-    ProcessorSocket(std::string name, std::string uniqueId, process::Processor *processor);
+    ProcessorSocket(std::string name, std::string uniqueId, std::unique_ptr<process::Processor> processor);
 
     std::string toString() const override;
     virtual std::string getName() const;
@@ -31,18 +32,17 @@ public:
     /// Lets @p handle control the processor, until this socket ends.
     virtual void bindHandle(ProcessorHandle &handle);
 
-    /// Returns once the processor reads its configuration no more; from now on a start only warns. The processor has to
-    /// be stopped and the captures ended before.
-    void endRun();
+    /// For the end of the run: returns once the processor reads its configuration no more. It has to be stopped and the
+    /// captures ended before.
+    void retire();
 
 private:
-    void startProcessor();
+    ProcessorSocket(std::string name, std::string uniqueId, process::Processor *processor);
 
     std::string name;
     std::string uniqueId;
-    process::Processor *processor; ///< owned by its thread
+    process::Processor *processor; ///< the controller's worker
     process::ProcessConnection processConnection;
-    bool runEnded = false;
 };
 
 } // namespace engine::processing

@@ -1,6 +1,6 @@
 #include "engine/streaming/NetworkReceiver.h"
 
-#include "core/logging/Log.h"
+#include <utility>
 
 namespace engine::streaming {
 
@@ -15,39 +15,29 @@ constexpr std::uint32_t unknownNetmask = 0xFFFFFFFF;
 } // namespace
 
 NetworkReceiver::NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std::uint8_t avtpSubtype,
-                                 std::string filterExpression)
+                                 std::string filterExpression, std::shared_ptr<const Run> run)
     : AvtpPacketReceiver(avtpSubtype, nullptr),
       PcapPacketSniffer(deviceInfo, snapLength, promiscuous, readTimeoutMilliseconds, nullptr),
-      controller(this, threading::WorkerOwnership::Holder),
-      handle(
-          deviceInfo.getSystemDeviceName(), [this] { return isRunning(); }, nullptr) {
+      controller(static_cast<threading::Worker &>(*this)),
+      handle(std::make_unique<NetworkReceiverHandle>(
+          deviceInfo.getSystemDeviceName(), [this] { return isRunning(); }, std::move(run), nullptr)) {
     if (!filterExpression.empty()) {
         setFilter(filterExpression, optimiseFilter, unknownNetmask);
     }
     registerPacketReceiver(*this);
-    const auto isMine = [this](const std::string &uid) { return uid == getDeviceInfoCopy().getSystemDeviceName(); };
-    QObject::connect(
-        &handle, qOverload<std::string>(&NetworkReceiverHandle::start), &handle,
-        [this, isMine](const std::string &uid) {
-            if (!isMine(uid)) {
-                return;
-            }
-            if (runEnded) {
-                logging::warning("engine::streaming::NetworkReceiver::start", uid,
-                                 "The run was ended by ISonvex::destroy, the capture cannot be started!");
-                return;
-            }
-            PcapPacketSniffer::start();
-        },
-        Qt::DirectConnection);
-    QObject::connect(
-        &handle, qOverload<std::string>(&NetworkReceiverHandle::stop), &handle,
-        [this, isMine](const std::string &uid) {
-            if (isMine(uid)) {
-                PcapPacketSniffer::stop();
-            }
-        },
-        Qt::DirectConnection);
+    // With the controller as their context, the connections end with this object; the handle may stay.
+    const auto connectToSniffer = [this](auto signal, void (PcapPacketSniffer::*operation)()) {
+        QObject::connect(
+            handle.get(), signal, &controller,
+            [this, operation](const std::string &uid) {
+                if (uid == getDeviceInfoCopy().getSystemDeviceName()) {
+                    (this->*operation)();
+                }
+            },
+            Qt::DirectConnection);
+    };
+    connectToSniffer(qOverload<std::string>(&NetworkReceiverHandle::start), &PcapPacketSniffer::start);
+    connectToSniffer(qOverload<std::string>(&NetworkReceiverHandle::stop), &PcapPacketSniffer::stop);
 }
 
 NetworkReceiver::~NetworkReceiver() {
@@ -56,16 +46,13 @@ NetworkReceiver::~NetworkReceiver() {
 }
 
 std::string NetworkReceiver::toString() const {
-    return "NetworkReceiver: " + getName() + handle.toString() + PcapPacketSniffer::toString() +
+    return "NetworkReceiver: " + getName() + handle->toString() + PcapPacketSniffer::toString() +
            AvtpPacketReceiver::toString();
 }
 
-void NetworkReceiver::endRun() {
-    if (isRunning()) {
-        PcapPacketSniffer::stop();
-    }
-    waitForCaptureEnd();
-    runEnded = true;
+void NetworkReceiver::retire() {
+    release();
+    AvtpPacketReceiver::retire();
 }
 
 } // namespace engine::streaming

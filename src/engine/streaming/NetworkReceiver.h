@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "avb/AvtpPacketReceiver.h"
 #include "engine/streaming/NetworkReceiverHandle.h"
 #include "pcapplus/PcapPacketSniffer.h"
@@ -16,21 +18,25 @@ namespace engine::streaming {
  */
 class NetworkReceiver : public avb::AvtpPacketReceiver, public pcapplus::PcapPacketSniffer {
 public:
-    /// Opens the adapter; isConfigured() tells whether that worked. An empty filter expression sets no filter.
-    NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std::uint8_t avtpSubtype, std::string filterExpression);
+    /// Opens the adapter; isConfigured() tells whether that worked, isThreadRunning() whether the worker has its
+    /// thread. An empty filter expression sets no filter.
+    NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std::uint8_t avtpSubtype, std::string filterExpression,
+                    std::shared_ptr<const Run> run);
     ~NetworkReceiver() override;
 
     std::string toString() const override;
 
-    NetworkReceiverHandle &getHandle() { return handle; }
+    NetworkReceiverHandle &getHandle() { return *handle; }
+    bool isThreadRunning() const { return controller.isThreadRunning(); }
 
-    /// Stops the capture if it runs, waits for its end, and lets the handle's start only warn from now on.
-    void endRun();
+    /// For the end of the run: no capture is left, the adapter is closed, and no configuration is read any more.
+    void retire();
+    /// Hands the handle over, which a host may keep for longer than there is a receiver.
+    std::unique_ptr<NetworkReceiverHandle> takeHandle() { return std::move(handle); }
 
 private:
     threading::Controller controller;
-    NetworkReceiverHandle handle;
-    bool runEnded = false;
+    std::unique_ptr<NetworkReceiverHandle> handle;
 };
 
 } // namespace engine::streaming

@@ -6,21 +6,26 @@
 
 namespace engine::streaming {
 
-NetworkReceiverHandle::NetworkReceiverHandle(std::string uid, std::function<bool()> runningState, QObject *parent)
-    : QObject(parent), uid(std::move(uid)), runningState(std::move(runningState)) {
+NetworkReceiverHandle::NetworkReceiverHandle(std::string uid, std::function<bool()> runningState,
+                                             std::shared_ptr<const Run> run, QObject *parent)
+    : QObject(parent), uid(std::move(uid)), runningState(std::move(runningState)), run(std::move(run)) {
     logging::debug("engine::streaming::NetworkReceiverHandle::NetworkReceiverHandle", this->uid, "Handle initialized!");
 }
 
 void NetworkReceiverHandle::start() {
-    Q_EMIT start(uid);
+    if (!run->refuses("engine::streaming::NetworkReceiverHandle::start", uid, "the capture cannot be started!")) {
+        Q_EMIT start(uid);
+    }
 }
 
 void NetworkReceiverHandle::stop() {
-    Q_EMIT stop(uid);
+    if (!run->refuses("engine::streaming::NetworkReceiverHandle::stop", uid, "there is no capture to stop!")) {
+        Q_EMIT stop(uid);
+    }
 }
 
 bool NetworkReceiverHandle::isRunning() const {
-    return runningState();
+    return !run->isOver() && runningState();
 }
 
 std::string NetworkReceiverHandle::getUid() const {

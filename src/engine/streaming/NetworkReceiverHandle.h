@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <QObject>
@@ -8,18 +9,21 @@
 #include <sonvex/INetworkReceiverHandle.h>
 
 #include "core/data/StringOverloadBase.h"
+#include "engine/Run.h"
 
 namespace engine::streaming {
 
-/// What the host holds of a network receiver. Calls and signals run on the caller's thread.
+/// What the host holds of a network receiver. It outlives the receiver; once its run is over, it only warns. Calls and
+/// signals run on the caller's thread.
 class NetworkReceiverHandle : public QObject,
                               public StringOverloadBase,
                               public sonvex::ihandles::INetworkReceiverHandle {
     Q_OBJECT
 
 public:
-    /// @param uid the adapter's system name, @param runningState answers isRunning()
-    NetworkReceiverHandle(std::string uid, std::function<bool()> runningState, QObject *parent);
+    /// @param uid the adapter's system name, @param runningState answers isRunning() until @p run is over
+    NetworkReceiverHandle(std::string uid, std::function<bool()> runningState, std::shared_ptr<const Run> run,
+                          QObject *parent);
 
     void start() override;
     void stop() override;
@@ -35,6 +39,7 @@ Q_SIGNALS:
 private:
     std::string uid;
     std::function<bool()> runningState;
+    std::shared_ptr<const Run> run;
 };
 
 } // namespace engine::streaming

@@ -38,16 +38,16 @@ void StreamingEngine::addRemoteStreamReceiver(sonvex::StreamConfiguration &confi
 void StreamingEngine::initiateNetworkReceiver(sonvex::StreamConfiguration &configuration) {
     static constexpr char context[] = "engine::streaming::StreamingEngine::initiateNetworkReceiver";
     const pcapplus::PcapDeviceInfo &device = *configuration.getNetworkDeviceInfo();
-    auto receiver = std::make_unique<NetworkReceiver>(device, avtpSubtype, packetFilter);
-    if (!receiver->isConfigured()) {
+    auto receiver = std::make_unique<NetworkReceiver>(device, avtpSubtype, packetFilter, run);
+    if (!receiver->isConfigured() || !receiver->isThreadRunning()) {
         receiver.reset();
         const std::string text = "Packet receiver cannot be initialized by configuration '" + configuration.getName() +
                                  "' for streaming device: " + configuration.getDeviceMacAddress() +
                                  "! Wrong configuration passed";
         logging::warning(context, text);
-        logging::refuse(exceptions::InstanceNotCreateable(text), context,
-                        "Cannot be registered on: ", device.getSystemDeviceDescription(), "' (",
-                        device.getSystemDeviceName(), ")");
+        logging::refuseWith(exceptions::InstanceNotCreateable(text), context,
+                            "Cannot be registered on: ", device.getSystemDeviceDescription(), "' (",
+                            device.getSystemDeviceName(), ")");
     }
     networkReceivers[device.getSystemDeviceName()] = std::move(receiver);
     logging::debug(context, "Network receiver initialized by configuration '", configuration.getName(),
@@ -62,14 +62,21 @@ void StreamingEngine::addNetworkStreamToNetworkReceiver(sonvex::StreamConfigurat
     const std::string mac = configuration.getDeviceMacAddress();
     if (streamRegistry.count(mac) != 0) {
         const std::string text = "Streaming device already exists";
-        logging::refuse(exceptions::StreamingDeviceAlreadyExists(text, device.getSystemDeviceName(), mac), context,
-                        text, ": ", mac, "' already registered to '", device.getSystemDeviceDescription(), "' (",
-                        device.getSystemDeviceName(), "). No action will be performed!");
+        logging::refuseWith(exceptions::StreamingDeviceAlreadyExists(text, device.getSystemDeviceName(), mac), context,
+                            text, ": ", mac, "' already registered to '", device.getSystemDeviceDescription(), "' (",
+                            device.getSystemDeviceName(), "). No action will be performed!");
     }
     NetworkReceiver &receiver = *networkReceivers.at(device.getSystemDeviceName());
-    receiver.addStreamingDevice(mac, configuration.getDeviceConfiguration());
-    connect(&receiver, &avb::AvtpPacketReceiver::message, this, &StreamingEngine::message);
-    streamRegistry[mac] = device.getSystemDeviceName();
+    const auto entry = streamRegistry.emplace(mac, device.getSystemDeviceName()).first;
+    QMetaObject::Connection relay;
+    try {
+        relay = connect(&receiver, &avb::AvtpPacketReceiver::message, this, &StreamingEngine::message);
+        receiver.addStreamingDevice(mac, configuration.getDeviceConfiguration());
+    } catch (...) {
+        disconnect(relay);
+        streamRegistry.erase(entry);
+        throw;
+    }
     logging::debug(context, "Network stream successfully added by configuration '", configuration.getName(),
                    "'' for streaming device :", mac);
     logging::debug(context, "Receiver is: ", device.getSystemDeviceDescription(), "' (", device.getSystemDeviceName(),
@@ -81,8 +88,7 @@ avb::AvbAudioBuffer *StreamingEngine::getAudioBuffer(const std::string &mac, uns
     if (stream == streamRegistry.end()) {
         const std::string text = "The requested audio buffer for streaming device MAC '" + mac +
                                  "' is NOT available! The device stream is not received by the engine";
-        logging::refuse(exceptions::ResourceNotAvailable(text), "engine::streaming::StreamingEngine::getAudioBuffer",
-                        text);
+        logging::refuse<exceptions::ResourceNotAvailable>("engine::streaming::StreamingEngine::getAudioBuffer", text);
     }
     return networkReceivers.at(stream->second)->getAudioBuffer(mac, channelNumber);
 }
@@ -92,8 +98,8 @@ NetworkReceiverHandle *StreamingEngine::getNetworkDeviceHandle(const std::string
     if (receiver == networkReceivers.end()) {
         const std::string text = "The requested network receiver handle for network receiver UID '" + uid +
                                  "' is NOT available! No network receiver for the given ID available by this engine";
-        logging::refuse(exceptions::ResourceNotAvailable(text),
-                        "engine::streaming::StreamingEngine::getNetworkDeviceHandle", text);
+        logging::refuse<exceptions::ResourceNotAvailable>("engine::streaming::StreamingEngine::getNetworkDeviceHandle",
+                                                          text);
     }
     return &receiver->second->getHandle();
 }
@@ -107,10 +113,19 @@ void StreamingEngine::stop() {
     logging::debug("engine::streaming::StreamingEngine::stop", "Network receivers stopped!");
 }
 
-void StreamingEngine::endRun() {
+void StreamingEngine::retire() {
     for (const auto &entry : networkReceivers) {
-        entry.second->endRun();
+        entry.second->retire();
     }
+}
+
+void StreamingEngine::begin(std::shared_ptr<const Run> newRun) {
+    for (const auto &entry : networkReceivers) {
+        formerHandles.push_back(entry.second->takeHandle());
+    }
+    streamRegistry.clear();
+    networkReceivers.clear();
+    run = std::move(newRun);
 }
 
 } // namespace engine::streaming

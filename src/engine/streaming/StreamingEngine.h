@@ -4,10 +4,12 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QObject>
 
 #include "core/messages/BaseMessage.h"
+#include "engine/Run.h"
 
 namespace avb {
 class AvbAudioBuffer;
@@ -35,10 +37,10 @@ public:
 
     /// Adds a stream, with a receiver if it is the first on its adapter. @throws what the two below throw
     void addRemoteStreamReceiver(sonvex::StreamConfiguration &configuration);
-    /// @throws exceptions::InstanceNotCreateable if the adapter cannot be opened
+    /// @throws exceptions::InstanceNotCreateable if the adapter cannot be opened or the system gives no thread
     void initiateNetworkReceiver(sonvex::StreamConfiguration &configuration);
     /// @throws exceptions::StreamingDeviceAlreadyExists if the MAC is registered, on whatever adapter
-    /// @throws exceptions::InstanceNotCreateable if the device has no channels
+    /// @throws exceptions::InstanceNotCreateable if the device has no channels, or more than there is memory for
     void addNetworkStreamToNetworkReceiver(sonvex::StreamConfiguration &configuration);
 
     /// Owned by the stream's receiver. @throws exceptions::ResourceNotAvailable
@@ -48,15 +50,19 @@ public:
 
     /// Breaks all captures; does not wait for their ends.
     void stop();
-    /// Returns once no capture reads a configuration any more; the receivers cannot be started again.
-    void endRun();
+    /// Follows the end of the run: returns once nothing here reads a configuration any more.
+    void retire();
+    /// Drops what the last run has left, but for the handles, which a host may hold.
+    void begin(std::shared_ptr<const Run> newRun);
 
 Q_SIGNALS:
     void message(std::shared_ptr<sonvex::BaseMessage> message);
 
 private:
     const std::string packetFilter = "ether proto 0x22f0";
-    const std::uint8_t avtpSubtype = 2;                                       ///< AVTP Audio Format
+    const std::uint8_t avtpSubtype = 2; ///< AVTP Audio Format
+    std::shared_ptr<const Run> run = std::make_shared<const Run>();
+    std::vector<std::unique_ptr<NetworkReceiverHandle>> formerHandles;        ///< of runs that are over
     std::map<std::string, std::unique_ptr<NetworkReceiver>> networkReceivers; ///< by UID
     std::map<std::string, std::string> streamRegistry;                        ///< MAC text to UID
 };

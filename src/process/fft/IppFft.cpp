@@ -52,10 +52,18 @@ bool IppFft::setFftOrder(unsigned int order) {
         int bufferSize = 0;
         IppStatus status =
             ippsFFTGetSize_R_32f(kernelOrder, scaling, algorithmHint, &specSize, &specBufferSize, &bufferSize);
-        // Small orders need no scratch memory: a variable that stays null is in order.
-        buffers.allocateIppBuffer8u(&buffers.specMemory, specSize);
-        buffers.allocateIppBuffer8u(&buffers.specBuffer, specBufferSize);
-        buffers.allocateIppBuffer8u(&buffers.workBuffer, bufferSize);
+        // Small orders need no scratch memory: a variable that stays null is in order then, and only then.
+        bool complete = true;
+        const auto allocate = [&](Ipp8u **buffer, int size) {
+            const bool allocated = buffers.allocateIppBuffer8u(buffer, size);
+            complete = complete && (allocated || size == 0);
+        };
+        allocate(&buffers.specMemory, specSize);
+        allocate(&buffers.specBuffer, specBufferSize);
+        allocate(&buffers.workBuffer, bufferSize);
+        if (status == ippStsNoErr && !complete) {
+            status = ippStsMemAllocErr;
+        }
         if (status == ippStsNoErr) {
             status = ippsFFTInit_R_32f(&buffers.fftSpec, kernelOrder, scaling, algorithmHint, buffers.specMemory,
                                        buffers.specBuffer);
@@ -87,6 +95,11 @@ bool IppFft::setWindowing(bool active) {
 bool IppFft::isWindowingActive() const {
     const std::lock_guard<std::mutex> lock(mutex);
     return windowingActive;
+}
+
+bool IppFft::isReady() const {
+    const std::lock_guard<std::mutex> lock(mutex);
+    return buffers.fftSpec != nullptr;
 }
 
 bool IppFft::applyWindowing(bool active) {

@@ -35,6 +35,8 @@ public:
     /// The Hann window for all blocks to come, until it is switched off. @return false if it failed and is off
     bool setWindowing(bool active);
     bool isWindowingActive() const;
+    /// Whether the latest order has its transform.
+    bool isReady() const;
 
     /**
      * Transforms a block, scaled by 1/N.

@@ -1,105 +1,174 @@
-// A host that ends in the way its argument names, while frames arrive. Its exit status says whether it came to its end.
+// A host that ends as its arguments say, while frames arrive: WHERE an ACTION happens, and what becomes of the
+// APPLICATION object. Its exit status says whether it came to its end.
 #include <cstdlib>
+#include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include <QCoreApplication>
-#include <QTimer>
 
-#include <sonvex/sonvex.h>
+#include "live/hosts/HostRun.h"
 
 namespace {
 
-sonvex::INetworkDeviceInfo &loopback() {
-    auto &manager = sonvex::INetworkDeviceManager::createInstance();
-    unsigned index = 1;
-    while (manager.getDeviceInfo(index).getSystemDeviceName() != "lo") {
-        ++index;
-    }
-    return manager.getDeviceInfo(index);
-}
+using hosts::HostRun;
 
-struct Run {
-    Run()
-        : buffer(sonvex::IBufferConfiguration::createInstance("buffer", 4800, 48)),
-          device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, 2, 6)),
-          capture(facade.addRemoteStreamReceiver(
-              sonvex::IStreamConfiguration::createInstance("stream", "020000000001", loopback(), device))),
-          external(facade.addProcessor(sonvex::IProcessConfiguration::createInstance(
-              "external", sonvex::iprocess::IWaveformConfig::createInstance("e", 48), "020000000001", 0))),
-          internal(facade.addProcessor(sonvex::IProcessConfiguration::createInstance(
-              "internal", sonvex::iprocess::IWaveformConfig::createInstance("i", 48, 1), "020000000001", 1))) {
-        for (auto *handle : {&external, &internal}) {
-            facade.getMeteringDataSource(*handle).bindChannelCallback([this](sonvex::IChannelData &) { ++results; });
-            handle->start();
-        }
-        capture.start();
-    }
+std::unique_ptr<HostRun> run;
 
-    ISonvex &facade = ISonvex::createInstance();
-    sonvex::IBufferConfiguration &buffer;
-    sonvex::IDeviceConfiguration &device;
-    sonvex::ihandles::INetworkReceiverHandle &capture;
-    sonvex::ihandles::IProcessorHandle &external;
-    sonvex::ihandles::IProcessorHandle &internal;
-    int results = 0;
+struct Thrown : std::runtime_error {
+    Thrown() : runtime_error("out of a callback") {}
 };
 
-/// Runs the loop until results have come.
-void runUntilResults(QCoreApplication &application, const Run &run) {
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-        if (run.results > 20) {
-            application.quit();
+void newRun() {
+    ISonvex::destroy();
+    run = std::make_unique<HostRun>();
+}
+
+/// Runs the loop until every analysis of the run has delivered.
+void awaitResults() {
+    while (!run->isComplete()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+void repeat(int times) {
+    for (int i = 0; i < times; ++i) {
+        newRun();
+        awaitResults();
+    }
+}
+
+/// What handles of an ended run say, and that they move nothing, in the new run neither.
+void askEndedHandles() {
+    auto &processor = *run->processors.front();
+    auto &capture = run->capture;
+    ISonvex::destroy();
+    for (const bool inANewRun : {false, true}) {
+        processor.start();
+        capture.start();
+        if (processor.isProcessingActive() || capture.isRunning()) {
+            throw std::runtime_error("an ended handle started something");
+        }
+        processor.stop();
+        capture.stop();
+        if (!inANewRun) {
+            run = std::make_unique<HostRun>();
+        }
+    }
+    if (&processor == run->processors.front() || &capture == &run->capture) {
+        throw std::runtime_error("a new run gave out an old handle");
+    }
+    try {
+        run->facade.removeProcessor(processor);
+        throw std::logic_error("an ended handle removed a processor of the new run");
+    } catch (const exceptions::ResourceNotAvailable &) {
+    }
+    awaitResults();
+}
+
+const std::map<std::string, void (*)()> actions = {
+    {"nothing", [] {}},
+    {"exit", [] { std::exit(0); }},
+    {"destroy", ISonvex::destroy},
+    {"destroyTwice",
+     [] {
+         ISonvex::destroy();
+         ISonvex::destroy();
+     }},
+    {"destroyAndExit",
+     [] {
+         ISonvex::destroy();
+         std::exit(0);
+     }},
+    {"removeAndDestroy",
+     [] {
+         run->removeAll();
+         ISonvex::destroy();
+     }},
+    {"destroyAndRemove",
+     [] {
+         ISonvex::destroy();
+         run->removeAll();
+     }},
+    {"newRun", newRun},
+    {"newRunAndExit",
+     [] {
+         newRun();
+         std::exit(0);
+     }},
+    {"hundredRuns", [] { repeat(100); }},
+    {"askEndedHandles", askEndedHandles},
+    {"throw", [] { throw Thrown(); }},
+};
+
+/// Sets a run up and lets the action happen: in plain code behind the loop, in a result's callback, or in the receiver
+/// of the first message.
+void act(const std::string &where, void (*action)()) {
+    bool done = false;
+    const auto once = [&] {
+        if (!std::exchange(done, true)) {
+            action();
+        }
+    };
+    ISonvex::createInstance().setMessageReceiver([&](const auto &) {
+        if (where == "message") {
+            once();
         }
     });
-    poll.start(1);
-    application.exec();
+    run = std::make_unique<HostRun>();
+    if (where == "callback") {
+        run->onComplete = once;
+    }
+    try {
+        if (where == "loop") {
+            awaitResults();
+            once();
+        }
+        while (!done) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    } catch (const Thrown &) {
+    }
+    ISonvex::createInstance().setMessageReceiver({});
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    const std::string way = argc > 1 ? argv[1] : "";
-    if (way == "withoutApplication") {
-        static const Run *const run = new Run; // stays, as the callbacks' target
-        return run->results;
+    if (argc != 4) {
+        return 2;
     }
-    auto application = std::make_unique<QCoreApplication>(argc, argv);
-    static Run *const kept = new Run; // stays, as the callbacks' target, whatever is delivered late
-    Run &run = *kept;
-    runUntilResults(*application, run);
-    if (way == "return") {
+    const std::string where = argv[1];
+    const auto action = actions.at(argv[2]);
+    const std::string application = argv[3];
+    if (application == "none") { // no loop, so no result; results wait in vain
+        run = std::make_unique<HostRun>();
+        action();
         return 0;
     }
-    if (way == "exit") {
-        std::exit(0);
+    auto object = std::make_unique<QCoreApplication>(argc, argv);
+    act(where, action);
+    if (application == "second") { // with which the run goes on, or another one begins
+        object.reset();
+        object = std::make_unique<QCoreApplication>(argc, argv);
+        if (!run->capture.isRunning()) {
+            newRun();
+        }
+        for (auto *processor : run->processors) { // an event loop that goes takes the timers in it along
+            processor->stop();
+            processor->start();
+        }
+        run->results.assign(run->results.size(), 0);
+        awaitResults();
     }
-    if (way == "leakApplication") {
-        static QCoreApplication *leaked = application.release();
+    if (application == "goesFirst") { // what the run still needs comes after the application object
+        object.reset();
+        ISonvex::destroy();
+    }
+    if (application == "leaked") {
+        static QCoreApplication *leaked = object.release();
         return leaked == nullptr ? 1 : 0;
     }
-    if (way == "secondApplication") {
-        application.reset();
-        if (run.capture.isRunning()) {
-            return 1;
-        }
-        application = std::make_unique<QCoreApplication>(argc, argv);
-        run.capture.start();
-        run.results = 0;
-        runUntilResults(*application, run);
-        return 0;
-    }
-    if (way == "destroy") {
-        run.internal.start();
-        ISonvex::destroy();
-        ISonvex::destroy();
-        run.external.start();
-        run.capture.start();
-        const bool idle = !run.external.isProcessingActive() && !run.capture.isRunning();
-        QCoreApplication::processEvents();
-        run.facade.removeProcessor(run.internal);
-        return idle ? 0 : 1;
-    }
-    return 2;
+    return 0;
 }
