@@ -34,6 +34,14 @@ constexpr double inputFast = 0.000166652779;
 constexpr double keepSlow = 0.999979166884;
 constexpr double inputSlow = 2.0833116e-05;
 
+/// The levels of averages, in dB.
+std::vector<double> levelsOf(std::vector<double> averages) {
+    for (double &value : averages) {
+        value = decibelsPerDecade * std::log10(value);
+    }
+    return averages;
+}
+
 } // namespace
 
 SoundLevelValueProcessor::SoundLevelValueProcessor(const std::string &name, SoundLevelValueConfig &config,
@@ -87,15 +95,13 @@ void SoundLevelValueProcessor::calculate(const std::string & /*bufferName*/, std
     if (accumulatedSamples < cyclesPerResult * sampleAmount) {
         return;
     }
-    std::vector<double> levels(soundLevelValueTypes().size(), 0.0);
-    if (!measure(levels)) {
+    std::vector<double> peaks(soundLevelValueTypes().size(), 0.0);
+    if (!measure(peaks)) {
         return;
     }
-    for (double &level : levels) {
-        level = decibelsPerDecade * std::log10(level);
-    }
-    std::vector<double> zeros(levels.size());
-    Q_EMIT newProcessData(sonvex::ChannelData(getName(), sonvex::VectorData(std::move(zeros), std::move(levels))));
+    std::vector<double> zeros(peaks.size());
+    Q_EMIT newProcessData(
+        sonvex::ChannelData(getName(), sonvex::VectorData(std::move(zeros), levelsOf(std::move(peaks)))));
     accumulatedSamples = 0;
 }
 
@@ -103,8 +109,9 @@ bool SoundLevelValueProcessor::measure(std::vector<double> &peaks) {
     samples = fetchConfiguredSamples(std::move(samples));
     const std::size_t amount = accumulatedSamples;
     timeWeightedValues.resize(peaks.size());
-    samples.resize(amount <= INT_MAX ? amount : 0); // the kernels refuse no samples, and can't have more
-    const float *const signal = samples.empty() ? nullptr : samples.data();
+    const bool hasKernelLength = amount > 0 && amount <= INT_MAX;
+    samples.resize(hasKernelLength ? amount : 0);
+    const float *const signal = hasKernelLength ? samples.data() : nullptr; // null: refused below, which is logged
     const int length = static_cast<int>(samples.size());
     const auto weigh = [&](IppsIIRState_64f *filter, std::size_t fastIndex, const char *filterError,
                            const char *squareError) {
