@@ -3,19 +3,19 @@
 namespace version {
 
 int VersionInfo::getMajorVersion() const {
-    return 1;
+    return SONVEX_VERSION_MAJOR;
 }
 
 int VersionInfo::getMinorVersion() const {
-    return 6;
+    return SONVEX_VERSION_MINOR;
 }
 
 int VersionInfo::getPatchVersion() const {
-    return 0;
+    return SONVEX_VERSION_PATCH;
 }
 
 int VersionInfo::getBuildVersion() const {
-    return 3;
+    return SONVEX_VERSION_BUILD;
 }
 
 std::string VersionInfo::getVersionString() const {
