@@ -64,39 +64,39 @@ std::vector<double> MovingAverage::calculate(std::vector<double> input) {
 
 void MovingAverage::performanceOptimizedMovingAverage(std::vector<double> &input) {
     static constexpr char context[] = "process::averaging::MovingAverage::performanceOptimizedMovingAverage";
-    if (hasOldest(context)) {
-        std::vector<double> &oldest = ringBuffers[ringIndex];
-        sonvexMoveAverage_64f(input.data(), oldest.data(), average.data(), windowSize, static_cast<int>(vectorLength));
-        oldest.swap(input);
-        ++ringIndex;
-    } else {
+    if (isFilling() && !addZeros(context)) {
         input = average;
+        return;
     }
+    std::vector<double> &oldest = ringBuffers[ringIndex];
+    sonvexMoveAverage_64f(input.data(), oldest.data(), average.data(), windowSize, static_cast<int>(vectorLength));
+    oldest.swap(input);
+    ++ringIndex;
 }
 
 void MovingAverage::simpleMovingAverage(std::vector<double> &input) {
-    if (hasOldest("process::averaging::MovingAverage::simpleMovingAverage")) {
-        ringBuffers[ringIndex].swap(input);
-        ++ringIndex;
-        std::fill(average.begin(), average.end(), 0.0);
-        for (const std::vector<double> &values : ringBuffers) {
-            for (std::size_t i = 0; i < vectorLength; ++i) {
-                average[i] += values[i];
-            }
+    static constexpr char context[] = "process::averaging::MovingAverage::simpleMovingAverage";
+    if (isFilling() && !addZeros(context)) {
+        input = average;
+        return;
+    }
+    ringBuffers[ringIndex].swap(input);
+    ++ringIndex;
+    std::fill(average.begin(), average.end(), 0.0);
+    for (const std::vector<double> &values : ringBuffers) {
+        for (std::size_t i = 0; i < vectorLength; ++i) {
+            average[i] += values[i];
         }
-        for (double &value : average) {
-            value /= windowSize;
-        }
+    }
+    for (double &value : average) {
+        value /= windowSize;
     }
     input = average;
 }
 
-/// While the window is filling, a vector of zeros takes the place of the one that would leave it.
-bool MovingAverage::hasOldest(const char *context) {
+bool MovingAverage::addZeros(const char *context) {
     try {
-        if (ringIndex == ringBuffers.size()) {
-            ringBuffers.emplace_back(vectorLength);
-        }
+        ringBuffers.emplace_back(vectorLength);
     } catch (const std::exception &error) {
         logging::warning(context, name, "Ring buffer index error: ", error.what());
         return false;

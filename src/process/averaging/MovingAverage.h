@@ -63,7 +63,10 @@ private:
     // Both take the newest vector and replace it by the mean, in the storage of the one that leaves the window.
     void simpleMovingAverage(std::vector<double> &input);
     void performanceOptimizedMovingAverage(std::vector<double> &input);
-    bool hasOldest(const char *context);
+    /// Whether the vector that leaves the window next is one of the zeros it starts with, not in the ring yet.
+    bool isFilling() const { return ringIndex == ringBuffers.size(); }
+    /// Puts it there. @return false, with a warning, if there is no memory for it
+    bool addZeros(const char *context);
     void resetBuffers();
 
     const std::string name;
