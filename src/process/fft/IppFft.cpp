@@ -15,6 +15,11 @@ constexpr int highestOrder = 27;
 constexpr int scaling = IPP_FFT_DIV_FWD_BY_N;
 constexpr int algorithmHint = ippAlgHintAccurate;
 
+/// What powers are multiplied by: a factor of 0 stands for none.
+float multiplierOf(float factor) {
+    return factor != 0.0F ? factor : 1.0F;
+}
+
 } // namespace
 
 IppFft::IppFft(const std::string &name) : name(name), buffers(name) {
@@ -153,7 +158,8 @@ bool IppFft::getFftResultsPowerSpectrum(std::vector<float> &result, std::size_t 
 
 bool IppFft::getFftResultsPowerSpectrum(std::vector<double> &powers, float factor) {
     const std::size_t bins = std::min<std::size_t>(powers.size(), fftSize / 2 + 1);
-    return isConverted(sonvexScaledPower_32fc64f(buffers.fftResult, factor, powers.data(), static_cast<int>(bins)));
+    return isConverted(
+        sonvexScaledPower_32fc64f(buffers.fftResult, multiplierOf(factor), powers.data(), static_cast<int>(bins)));
 }
 
 bool IppFft::isConverted(IppStatus status) const {
@@ -182,11 +188,8 @@ bool IppFft::processResultData(const float *data, std::vector<float> &result, st
                          "Failed to fill the result vector by the FFT results! Error message: ", error.what());
         return false;
     }
-    if (factor != 0.0F) {
-        std::transform(data, data + wanted, result.begin(), [factor](float value) { return value * factor; });
-    } else {
-        std::copy_n(data, wanted, result.begin());
-    }
+    const float multiplier = multiplierOf(factor);
+    std::transform(data, data + wanted, result.begin(), [multiplier](float value) { return value * multiplier; });
     return true;
 }
 

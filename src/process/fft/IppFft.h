@@ -49,11 +49,11 @@ public:
      * The squared magnitudes of the latest calculation, times a factor.
      * @param result receives them at its front and grows where it is too short; a longer one keeps its tail
      * @param amount of bins; 0, or more than the FFT size, for all of them
-     * @param factor 0 for none
+     * @param factor 0 leaves the powers as they are
      */
     bool getFftResultsPowerSpectrum(std::vector<float> &result, std::size_t amount, float factor);
 
-    /// The same for bins of the lower half, in double precision and in one pass.
+    /// The same, also for a factor of 0, with doubles and in one pass, for bins of the lower half alone.
     /// @param powers as many as are wanted; has at most half the FFT size plus one
     bool getFftResultsPowerSpectrum(std::vector<double> &powers, float factor);
 

@@ -173,6 +173,14 @@ TEST_F(Fft, handsOutAnyAmountOfMirroredAndScaledPowers) {
             ASSERT_NEAR(result[k], value, 4e-7 * std::abs(value) + 1e-9) << one.amount << ": " << k;
         }
     }
+    for (const AmountCase &one : {AmountCase{33, 33, 0.0F, 1, 33}, {34, 33, 2.5F, 2.5, 34}, {1, 1, -1.0F, -1, 1}}) {
+        std::vector<double> powers(one.before, 77.0);
+        ASSERT_TRUE(fft.getFftResultsPowerSpectrum(powers, one.factor));
+        for (std::size_t k = 0; k < powers.size(); ++k) {
+            const double value = k < one.filled ? one.scale * expected[k] : 77.0;
+            ASSERT_NEAR(powers[k], value, 4e-7 * std::abs(value) + 1e-9) << one.amount << " doubles: " << k;
+        }
+    }
     Samples result;
     ASSERT_TRUE(fft.getFftResultsPowerSpectrum(result, 3, std::nanf("")));
     EXPECT_TRUE(std::isnan(result[2]));
