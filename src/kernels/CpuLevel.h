@@ -2,7 +2,7 @@
 
 /**
  * @file
- * Other levels than the one that was chosen for this CPU, for tests and benchmarks.
+ * The CPU levels, which of them runs, and, for tests and benchmarks, another one than was chosen for this CPU.
  */
 
 extern "C" {

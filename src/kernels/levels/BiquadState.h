@@ -32,7 +32,7 @@ SONVEX_INLINE bool isState(const IppsIIRState_64f &state) {
     return state.id == stateId;
 }
 
-/// Calls function with the group as its argument and its number of sections as template argument.
+/// Calls the one that is for a group of so many sections: each caller compiles its loops for one, two and three.
 template <class One, class Two, class Three>
 void bySections(int sections, One one, Two two, Three three) {
     switch (sections) {

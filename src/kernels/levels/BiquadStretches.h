@@ -36,7 +36,7 @@ struct SectionTaps {
     Doubles minusA2;
 };
 
-/// What a group knows of itself; all of it lives in the filter's state.
+/// What the steps need to know of a group. The tables lie in the filter's state; gain and scale follow from its taps.
 struct SectionGroup {
     int sections;
     const double *vectorTaps;    ///< tapsPerSection vectors a section
