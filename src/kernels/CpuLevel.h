@@ -28,7 +28,7 @@ unsigned long long selectedCpuFeatures();
 
 /**
  * Makes all kernels of the process run at a level for its life. Not while another thread is inside a kernel, and not
- * with a spec that was made at another level.
+ * with tables that were made at another level.
  */
 class ForcedCpuLevel {
 public:

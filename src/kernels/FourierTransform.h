@@ -6,8 +6,8 @@
  * @file
  * Forward Fourier transform of N = 2^order real samples, order 0 to 29, with all tables made beforehand.
  *
- * Calling order: size query, allocation by the caller, init, then any number of transforms. A spec is read-only after
- * its init, so that any number of threads may transform with it, each with a work buffer of its own.
+ * Calling order: size query, allocation by the caller, init, then any number of transforms. The tables are
+ * read-only after the init, so that any number of threads may transform with them, each with a work buffer of its own.
  */
 
 #ifdef __cplusplus
@@ -22,10 +22,10 @@ enum {
     IPP_FFT_NODIV_BY_ANY = 8  ///< both unscaled
 };
 
-/// Kept in the spec; the transforms are as fast and as accurate with any of them.
+/// Kept with the tables; the transforms are as fast and as accurate with any of them.
 enum { ippAlgHintNone = 0, ippAlgHintFast = 1, ippAlgHintAccurate = 2 };
 
-/// Tables of one order and one scaling, inside the caller's memory; its layout belongs to the CPU level.
+/// Tables of one order and one scaling, inside the caller's memory; their layout belongs to the CPU level.
 typedef struct IppsFFTSpec_R_32f IppsFFTSpec_R_32f;
 
 /**
@@ -43,8 +43,8 @@ typedef struct IppsFFTSpec_R_32f IppsFFTSpec_R_32f;
 IppStatus ippsFFTGetSize_R_32f(int order, int flag, int hint, int *pSpecSize, int *pSpecBufferSize, int *pBufferSize);
 
 /**
- * Builds a spec inside pSpec and stores its address, the first multiple of 64 in pSpec, in *ppSpec. The caller keeps
- * pSpec as long as the spec is used and frees it; nothing else is to be freed.
+ * Makes the tables inside pSpec and stores their address, the first multiple of 64 in pSpec, in *ppSpec. The caller
+ * keeps pSpec as long as the tables are used and frees it; nothing else is to be freed.
  *
  * @return ippStsNullPtrErr for a null ppSpec or pSpec, ippStsFftOrderErr, ippStsFftFlagErr, ippStsNullPtrErr for a null
  *         pSpecBuffer with an order above 10, else ippStsNoErr; the first that applies
@@ -60,8 +60,8 @@ IppStatus ippsFFTInit_R_32f(IppsFFTSpec_R_32f **ppSpec, int order, int flag, int
  * @param pSrc    N floats, at any multiple of 4
  * @param pDst    N + 2 floats: R0, 0, R1, I1, ..., R(N/2), 0 where both zeros are exact; may be pSrc
  * @param pBuffer work buffer as the size query asks for, of any alignment; may be null if it asks for 0 bytes
- * @return ippStsNullPtrErr for a null pSpec, ippStsContextMatchErr for memory that holds no spec, ippStsNullPtrErr for
- *         any other null pointer, else ippStsNoErr; the first that applies
+ * @return ippStsNullPtrErr for a null pSpec, ippStsContextMatchErr for memory that holds no tables, ippStsNullPtrErr
+ * for any other null pointer, else ippStsNoErr; the first that applies
  */
 IppStatus ippsFFTFwd_RToCCS_32f(const Ipp32f *pSrc, Ipp32f *pDst, const IppsFFTSpec_R_32f *pSpec, Ipp8u *pBuffer);
 

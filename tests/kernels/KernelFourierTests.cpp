@@ -30,7 +30,7 @@ struct Sizes {
     int buffer = -1;
 };
 
-/// A spec and a work buffer of exactly the sizes that were asked for.
+/// Tables and a work buffer of exactly the sizes that were asked for.
 class Transform {
 public:
     explicit Transform(int order, int flag = IPP_FFT_DIV_FWD_BY_N, std::size_t misalignment = 0)
@@ -67,7 +67,7 @@ public:
         const std::vector<Ipp8u> before = memory.values();
         EXPECT_EQ(run(from.get(), to.get()), ippStsNoErr);
         EXPECT_EQ(from.values(), samples);
-        EXPECT_TRUE(memory.values() == before) << "the transform wrote into its spec";
+        EXPECT_TRUE(memory.values() == before) << "the transform wrote into its tables";
         EXPECT_TRUE(from.isIntact() && to.isIntact() && memory.isIntact() && buffer.isIntact()) << "order " << order;
         EXPECT_EQ(to[1], 0.0F);
         EXPECT_EQ(to[floats() - 1], 0.0F);
@@ -314,7 +314,7 @@ TEST_P(FourierTransform, RefusesSizeQueriesInTheOrderOfTheirFaults) {
     EXPECT_TRUE(largest.spec > 0 && largest.specBuffer > 0 && largest.buffer > 0);
 }
 
-TEST_P(FourierTransform, RefusesSpecsInTheOrderOfTheirFaults) {
+TEST_P(FourierTransform, RefusesToMakeTablesInTheOrderOfTheFaults) {
     struct Case {
         int order;
         int flag;

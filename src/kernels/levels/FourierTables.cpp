@@ -1,11 +1,11 @@
-// What a spec holds: the method of an order, and the tables that its passes read.
+// The making of a transform's tables: its method, which follows from the order, and what the passes read.
 #include <math.h>
 #include <stddef.h>
 
 #include "kernels/levels/Alignment.h"
 #include "kernels/levels/FourierLanes.h"
-#include "kernels/levels/FourierSpec.h"
 #include "kernels/levels/FourierSteps.h"
+#include "kernels/levels/FourierTables.h"
 #include "kernels/levels/Level.h"
 
 namespace kernels::KERNEL_LEVEL {
@@ -14,8 +14,25 @@ namespace {
 constexpr int highestOrder = 29;
 constexpr int firstOrderWithInitBuffer = 11;
 constexpr int highestFlatOrder = 14; // above, a pass over the whole leaves the second-level cache
-constexpr size_t alignment = 64;
 constexpr double pi = 3.14159265358979323846;
+
+int floorOfLog2(int value) {
+    return 31 - __builtin_clz(static_cast<unsigned>(value));
+}
+
+FourierMethod methodOf(int order) {
+    constexpr int firstFlatOrder = floatLanes == 8 ? 8 : 7; // from there on a row has at least two blocks
+    if (order < 5) {
+        return FourierMethod::Scalar;
+    }
+    if (order < firstFlatOrder) {
+        return FourierMethod::Small;
+    }
+    if (order <= highestFlatOrder) {
+        return FourierMethod::Flat;
+    }
+    return order < 29 ? FourierMethod::Blocked : FourierMethod::Halved;
+}
 
 /// e^(-2 pi i turns / whole), 0 <= turns < whole: exact on the axes, symmetric, and accurate for any amount of turns.
 Complex<float> rootOfUnity(long long turns, long long whole) {
@@ -39,10 +56,10 @@ Complex<float> rootOfUnity(long long turns, long long whole) {
     }
 }
 
-/// Hands out the floats of a spec's tables. Without memory it only counts them.
-class Tables {
+/// Hands out the floats behind the header. Without memory it only counts them.
+class TableMemory {
 public:
-    explicit Tables(float *memory) : memory(memory) {}
+    explicit TableMemory(float *memory) : memory(memory) {}
 
     /// The next values of a table, which the caller fills if writing().
     float *take(long floats) {
@@ -85,13 +102,13 @@ void compose(FourierChain &chain, int bits) {
 }
 
 /// The factors of a chain's passes, from the given pass on but for the last.
-void addFactors(Tables &tables, FourierChain &chain, int first, int rest) {
+void addFactors(TableMemory &memory, FourierChain &chain, int first, int rest) {
     for (int pass = first; pass < chain.passes - 1; ++pass) {
         const int radix = chain.radix[pass];
         const int m = rest / radix;
-        float *to = tables.take(2 * m * (radix - 1));
+        float *to = memory.take(2 * m * (radix - 1));
         chain.factors[pass] = to;
-        for (int p = 0; tables.writing() && p < m; ++p) {
+        for (int p = 0; memory.writing() && p < m; ++p) {
             for (long long k = 1; k < radix; ++k) {
                 putPair(to, rootOfUnity(p * k % rest, rest));
             }
@@ -102,11 +119,11 @@ void addFactors(Tables &tables, FourierChain &chain, int first, int rest) {
 
 /// The factors of a first pass over interleaved values.
 template <class V>
-const float *addFirstFactors(Tables &tables, int length, int radix) {
+const float *addFirstFactors(TableMemory &memory, int length, int radix) {
     const int m = length / radix;
-    float *to = tables.take(2 * m * (radix - 1));
+    float *to = memory.take(2 * m * (radix - 1));
     const float *const begin = to;
-    for (int p = 0; tables.writing() && p < m; p += Lanes<V>::amount) {
+    for (int p = 0; memory.writing() && p < m; p += Lanes<V>::amount) {
         for (int k = 1; k < radix; ++k) {
             putBlockOfRoots<V>(to, p, k, length, 1);
         }
@@ -116,14 +133,14 @@ const float *addFirstFactors(Tables &tables, int length, int radix) {
 
 /// h e^(-pi i k / M) for the left half of the blocks, all rows of a block together, then for the column in the middle.
 template <class V>
-const float *addRecombination(Tables &tables, int length, int radix, float h) {
+const float *addRecombination(TableMemory &memory, int length, int radix, float h) {
     constexpr int L = Lanes<V>::amount;
     const int s = length / radix;
     const bool oneBlock = s == L;
     const int rows = oneBlock ? radix / 2 : radix;
-    float *to = tables.take(length + 2 * L + 2 * radix);
+    float *to = memory.take(length + 2 * L + 2 * radix);
     const float *const begin = to;
-    if (tables.writing()) {
+    if (memory.writing()) {
         for (int q = 0; q < (oneBlock ? L : s / 2); q += L) {
             for (int row = 0; row < rows; ++row) {
                 putBlockOfRoots<V>(to, q + s * row, 1, 2LL * length, h);
@@ -137,57 +154,57 @@ const float *addRecombination(Tables &tables, int length, int radix, float h) {
     return begin;
 }
 
-void planScalar(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
-    float *to = tables.take(length + 2);
-    spec.recombination = to;
-    for (int k = 0; tables.writing() && k <= length / 2; ++k) {
+void planScalar(IppsFFTSpec_R_32f &tables, TableMemory &memory, int length) {
+    float *to = memory.take(length + 2);
+    tables.recombination = to;
+    for (int k = 0; memory.writing() && k <= length / 2; ++k) {
         const Complex<float> root = rootOfUnity(k, 2LL * length);
-        putPair(to, {spec.half * root.re, spec.half * root.im});
+        putPair(to, {tables.half * root.re, tables.half * root.im});
     }
 }
 
 template <class V>
-void planSmall(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
-    const int last = smallLastRadix(spec.order);
-    spec.chain.factors[0] = addFirstFactors<V>(tables, length, length / last);
-    spec.recombination = addRecombination<V>(tables, length, last, spec.half);
+void planSmall(IppsFFTSpec_R_32f &tables, TableMemory &memory, int length) {
+    const int last = smallLastRadix(tables.order);
+    tables.chain.factors[0] = addFirstFactors<V>(memory, length, length / last);
+    tables.recombination = addRecombination<V>(memory, length, last, tables.half);
 }
 
-void planFlat(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
-    const int bits = spec.order - 1 - 2;
-    spec.chain.length = length;
-    spec.chain.radix[spec.chain.passes++] = bits == 4 ? 4 : 8;
-    compose(spec.chain, bits == 4 ? 2 : bits - 3);
-    spec.chain.radix[spec.chain.passes++] = 4;
-    const int first = spec.chain.radix[0];
-    spec.chain.factors[0] = addFirstFactors<Floats>(tables, length, first);
-    addFactors(tables, spec.chain, 1, length / first);
-    spec.recombination = addRecombination<Floats>(tables, length, 4, spec.half);
-    spec.bufferSize = static_cast<int>(2 * 2 * sizeof(float)) * length;
+void planFlat(IppsFFTSpec_R_32f &tables, TableMemory &memory, int length) {
+    const int bits = tables.order - 1 - 2;
+    tables.chain.length = length;
+    tables.chain.radix[tables.chain.passes++] = bits == 4 ? 4 : 8;
+    compose(tables.chain, bits == 4 ? 2 : bits - 3);
+    tables.chain.radix[tables.chain.passes++] = 4;
+    const int first = tables.chain.radix[0];
+    tables.chain.factors[0] = addFirstFactors<Floats>(memory, length, first);
+    addFactors(memory, tables.chain, 1, length / first);
+    tables.recombination = addRecombination<Floats>(memory, length, 4, tables.half);
+    tables.bufferSize = static_cast<int>(2 * 2 * sizeof(float)) * length; // two areas, see runPasses
 }
 
-void planBlocked(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
+void planBlocked(IppsFFTSpec_R_32f &tables, TableMemory &memory, int length) {
     constexpr int L = floatLanes;
     const int bits = floorOfLog2(length);
-    spec.chain.length = 1 << bits / 2;
-    compose(spec.chain, bits / 2);
-    spec.rows.length = length / spec.chain.length;
-    compose(spec.rows, bits - bits / 2 - 2);
-    spec.rows.radix[spec.rows.passes++] = 4;
-    addFactors(tables, spec.chain, 0, spec.chain.length);
-    addFactors(tables, spec.rows, 0, spec.rows.length);
+    tables.chain.length = 1 << bits / 2;
+    compose(tables.chain, bits / 2);
+    tables.rows.length = length / tables.chain.length;
+    compose(tables.rows, bits - bits / 2 - 2);
+    tables.rows.radix[tables.rows.passes++] = 4;
+    addFactors(memory, tables.chain, 0, tables.chain.length);
+    addFactors(memory, tables.rows, 0, tables.rows.length);
 
-    const int R = spec.chain.length;
-    const int C = spec.rows.length;
-    float *coarse = tables.take(2L * R * (C / L));
-    float *fine = tables.take(2L * L * R);
-    float *lane = tables.take(2L * R);
-    float *row = tables.take(2L * C);
-    spec.coarseTurn = coarse;
-    spec.fineTurn = fine;
-    spec.laneFactors = lane;
-    spec.rowFactors = row;
-    if (tables.writing()) {
+    const int R = tables.chain.length;
+    const int C = tables.rows.length;
+    float *coarse = memory.take(2L * R * (C / L));
+    float *fine = memory.take(2L * L * R);
+    float *lane = memory.take(2L * R);
+    float *row = memory.take(2L * C);
+    tables.coarseTurn = coarse;
+    tables.fineTurn = fine;
+    tables.laneFactors = lane;
+    tables.rowFactors = row;
+    if (memory.writing()) {
         for (long long c = 0; c < C; c += L) {
             for (int r = 0; r < R; ++r) {
                 putPair(coarse, rootOfUnity(c * r % length, length));
@@ -197,7 +214,7 @@ void planBlocked(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
             putBlockOfRoots<Floats>(fine, 0, r, length, 1);
         }
         for (int r = 0; r < R; r += L) {
-            putBlockOfRoots<Floats>(lane, r, 1, 2LL * length, spec.half);
+            putBlockOfRoots<Floats>(lane, r, 1, 2LL * length, tables.half);
         }
         for (int b = 0; b < C / 4; ++b) {
             for (int k = 0; k < 4; ++k) {
@@ -205,57 +222,57 @@ void planBlocked(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
             }
         }
     }
-    spec.bufferSize = static_cast<int>(sizeof(float)) * (2 * length + scratchOfBlocks(R, C));
+    tables.bufferSize = static_cast<int>(sizeof(float)) * static_cast<int>(areaOfTiles(R, C) + scratchOfBlocks(R, C));
 }
 
-void planHalved(IppsFFTSpec_R_32f &spec, Tables &tables, int length) {
-    planBlocked(spec, tables, length / 2);
-    const int fineBits = floorOfLog2(length) / 2;
+void planHalved(IppsFFTSpec_R_32f &tables, TableMemory &memory, int length) {
+    planBlocked(tables, memory, length / 2);
+    const int fineBits = halvedFineBits(tables.order);
     const long fines = 1L << fineBits;
     const long samples = 2L * length;
     const long coarses = samples / 8 / fines + 1;
-    float *fine = tables.take(2 * fines);
-    float *coarse = tables.take(2 * coarses);
-    spec.halvedFine = fine;
-    spec.halvedCoarse = coarse;
-    for (long k = 0; tables.writing() && k < fines; ++k) {
+    float *fine = memory.take(2 * fines);
+    float *coarse = memory.take(2 * coarses);
+    tables.halvedFine = fine;
+    tables.halvedCoarse = coarse;
+    for (long k = 0; memory.writing() && k < fines; ++k) {
         putPair(fine, rootOfUnity(k, samples));
     }
-    for (long k = 0; tables.writing() && k < coarses; ++k) {
+    for (long k = 0; memory.writing() && k < coarses; ++k) {
         putPair(coarse, rootOfUnity(k * fines, samples));
     }
 }
 
-/// Fills a spec whose order and scale are set. Returns the floats of its tables.
-size_t plan(IppsFFTSpec_R_32f &spec, float *memory) {
-    Tables tables(memory);
-    const int length = spec.order == 0 ? 1 : 1 << (spec.order - 1); // order 0 uses no table
-    spec.method = methodOf(spec.order, highestFlatOrder);
-    switch (spec.method) {
+/// Makes tables whose order and scale are set. Returns how many floats they take behind the header.
+size_t plan(IppsFFTSpec_R_32f &tables, float *floats) {
+    TableMemory memory(floats);
+    const int length = tables.order == 0 ? 1 : 1 << (tables.order - 1); // order 0 uses no table
+    tables.method = methodOf(tables.order);
+    switch (tables.method) {
     case FourierMethod::Scalar:
-        planScalar(spec, tables, length);
+        planScalar(tables, memory, length);
         break;
     case FourierMethod::Small:
-        if (spec.order < 7) {
-            planSmall<Quads>(spec, tables, length);
+        if (tables.order <= highestOrderOfQuads) {
+            planSmall<Quads>(tables, memory, length);
         } else {
-            planSmall<Floats>(spec, tables, length);
+            planSmall<Floats>(tables, memory, length);
         }
         break;
     case FourierMethod::Flat:
-        planFlat(spec, tables, length);
+        planFlat(tables, memory, length);
         break;
     case FourierMethod::Blocked:
-        planBlocked(spec, tables, length);
+        planBlocked(tables, memory, length);
         break;
     case FourierMethod::Halved:
-        planHalved(spec, tables, length);
+        planHalved(tables, memory, length);
         break;
     }
-    if (spec.bufferSize > 0) {
-        spec.bufferSize += static_cast<int>(alignment);
+    if (tables.bufferSize > 0) {
+        tables.bufferSize += static_cast<int>(alignment);
     }
-    return tables.floats();
+    return memory.floats();
 }
 
 bool isFlag(int flag) {
@@ -263,7 +280,7 @@ bool isFlag(int flag) {
            flag == IPP_FFT_NODIV_BY_ANY;
 }
 
-constexpr size_t specBytes = alignUp(sizeof(IppsFFTSpec_R_32f), alignment);
+constexpr size_t headerBytes = alignUp(sizeof(IppsFFTSpec_R_32f), alignment);
 
 } // namespace
 
@@ -278,12 +295,12 @@ IppStatus ippsFFTGetSize_R_32f(int order, int flag, int /*hint*/, int *pSpecSize
     if (!isFlag(flag)) {
         return ippStsFftFlagErr;
     }
-    IppsFFTSpec_R_32f spec{};
-    spec.order = order;
-    *pSpecSize = static_cast<int>(specBytes + alignment + sizeof(float) * plan(spec, nullptr));
+    IppsFFTSpec_R_32f tables{};
+    tables.order = order;
+    *pSpecSize = static_cast<int>(headerBytes + alignment + sizeof(float) * plan(tables, nullptr));
     // The tables need no scratch; but a caller that allocates what it is told must have a pointer to give.
     *pSpecBufferSize = order < firstOrderWithInitBuffer ? 0 : static_cast<int>(alignment);
-    *pBufferSize = spec.bufferSize;
+    *pBufferSize = tables.bufferSize;
     return ippStsNoErr;
 }
 
@@ -302,24 +319,24 @@ IppStatus ippsFFTInit_R_32f(IppsFFTSpec_R_32f **ppSpec, int order, int flag, int
         return ippStsNullPtrErr;
     }
     Ipp8u *const aligned = alignUp(pSpec, alignment);
-    auto *const spec = reinterpret_cast<IppsFFTSpec_R_32f *>(aligned);
-    *spec = IppsFFTSpec_R_32f{};
-    spec->id = fourierSpecId;
-    spec->order = order;
-    spec->hint = hint;
-    spec->lanes = floatLanes;
-    spec->scaleFactor = 1;
+    auto *const tables = reinterpret_cast<IppsFFTSpec_R_32f *>(aligned);
+    *tables = IppsFFTSpec_R_32f{};
+    tables->id = fourierTablesId;
+    tables->order = order;
+    tables->hint = hint;
+    tables->lanes = floatLanes;
+    tables->scaleFactor = 1;
     const double samples = static_cast<double>(1LL << order);
     if (flag == IPP_FFT_DIV_BY_SQRTN) {
-        spec->scaleFactor = static_cast<float>(1.0 / sqrt(samples));
+        tables->scaleFactor = static_cast<float>(1.0 / sqrt(samples));
     } else if (flag != IPP_FFT_NODIV_BY_ANY) {
-        spec->scaleFactor = 1.0F / static_cast<float>(samples);
+        tables->scaleFactor = 1.0F / static_cast<float>(samples);
     }
-    spec->scaleForward = flag == IPP_FFT_DIV_FWD_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ? 1 : 0;
-    spec->scaleInverse = flag == IPP_FFT_DIV_INV_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ? 1 : 0;
-    spec->half = spec->scaleForward != 0 ? 0.5F * spec->scaleFactor : 0.5F;
-    plan(*spec, reinterpret_cast<float *>(aligned + specBytes));
-    *ppSpec = spec;
+    tables->scaleForward = flag == IPP_FFT_DIV_FWD_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ? 1 : 0;
+    tables->scaleInverse = flag == IPP_FFT_DIV_INV_BY_N || flag == IPP_FFT_DIV_BY_SQRTN ? 1 : 0;
+    tables->half = tables->scaleForward != 0 ? 0.5F * tables->scaleFactor : 0.5F;
+    plan(*tables, reinterpret_cast<float *>(aligned + headerBytes));
+    *ppSpec = tables;
     return ippStsNoErr;
 }
 

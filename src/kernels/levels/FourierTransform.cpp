@@ -1,9 +1,9 @@
-// The forward transform of real samples, by the method that its spec names.
+// The forward transform of real samples, by the method that its tables name.
 #include "kernels/levels/Alignment.h"
 #include "kernels/levels/FourierBlocks.h"
 #include "kernels/levels/FourierPasses.h"
-#include "kernels/levels/FourierSpec.h"
 #include "kernels/levels/FourierSteps.h"
+#include "kernels/levels/FourierTables.h"
 #include "kernels/levels/Level.h"
 
 namespace kernels::KERNEL_LEVEL {
@@ -33,45 +33,48 @@ void transformScalar(const float *src, float *dst, const float *factors, float h
     dst[2 * M + 1] = 0;
 }
 
-void transformScalar(const IppsFFTSpec_R_32f &spec, const float *src, float *dst) {
-    switch (spec.order) {
+void transformScalar(const IppsFFTSpec_R_32f &tables, const float *src, float *dst) {
+    switch (tables.order) {
     case 0:
-        dst[0] = 2 * spec.half * src[0];
+        dst[0] = 2 * tables.half * src[0];
         dst[1] = 0;
         break;
     case 1:
-        transformScalar<1>(src, dst, spec.recombination, spec.half);
+        transformScalar<1>(src, dst, tables.recombination, tables.half);
         break;
     case 2:
-        transformScalar<2>(src, dst, spec.recombination, spec.half);
+        transformScalar<2>(src, dst, tables.recombination, tables.half);
         break;
     case 3:
-        transformScalar<4>(src, dst, spec.recombination, spec.half);
+        transformScalar<4>(src, dst, tables.recombination, tables.half);
         break;
     default:
-        transformScalar<8>(src, dst, spec.recombination, spec.half);
+        transformScalar<8>(src, dst, tables.recombination, tables.half);
         break;
     }
 }
 
-template <class V, int First, int Last>
-void transformSmall(const IppsFFTSpec_R_32f &spec, const float *src, float *dst) {
+template <class V, int Order>
+void transformSmall(const IppsFFTSpec_R_32f &tables, const float *src, float *dst) {
+    static_assert((Order <= highestOrderOfQuads) == (Lanes<V>::amount == 4), "the tables are made for these lanes");
+    constexpr int Last = smallLastRadix(Order);
+    constexpr int First = (1 << (Order - 1)) / Last;
     float between[2 * First * Last] __attribute__((aligned(64)));
-    firstPass<V, First>(src, between, Last, spec.chain.factors[0]);
-    lastPassOfOneBlock<V, Last>(between, dst, spec.recombination, spec.half);
+    firstPass<V, First>(src, between, Last, tables.chain.factors[0]);
+    lastPassOfOneBlock<V, Last>(between, dst, tables.recombination, tables.half);
 }
 
-void transformSmall(const IppsFFTSpec_R_32f &spec, const float *src, float *dst) {
-    switch (spec.order) {
+void transformSmall(const IppsFFTSpec_R_32f &tables, const float *src, float *dst) {
+    switch (tables.order) {
     case 5:
-        transformSmall<Quads, 4, 4>(spec, src, dst);
+        transformSmall<Quads, 5>(tables, src, dst);
         break;
     case 6:
-        transformSmall<Quads, 4, 8>(spec, src, dst);
+        transformSmall<Quads, 6>(tables, src, dst);
         break;
     default:
         if constexpr (L == 8) {
-            transformSmall<Floats, 8, 8>(spec, src, dst);
+            transformSmall<Floats, 7>(tables, src, dst);
         }
         break;
     }
@@ -105,8 +108,8 @@ const float *runPasses(const FourierChain &chain, int end, float *from, float *t
     return from;
 }
 
-void transformFlat(const IppsFFTSpec_R_32f &spec, const float *src, float *dst, float *work) {
-    const FourierChain &chain = spec.chain;
+void transformFlat(const IppsFFTSpec_R_32f &tables, const float *src, float *dst, float *work) {
+    const FourierChain &chain = tables.chain;
     const int s = chain.radix[0];
     const int m = chain.length / s;
     if (s == 8) {
@@ -115,7 +118,7 @@ void transformFlat(const IppsFFTSpec_R_32f &spec, const float *src, float *dst, 
         firstPass<Floats, 4>(src, work, m, chain.factors[0]);
     }
     const float *const done = runPasses(chain, chain.passes - 1, work, work + 2L * chain.length, m, s);
-    lastPass<Floats>(done, dst, chain.length / 4, spec.recombination, spec.half);
+    lastPass<Floats>(done, dst, chain.length / 4, tables.recombination, tables.half);
 }
 
 /// Transforms as many columns of R values as are done at a time. Returns where, of the two scratch areas, they are.
@@ -146,17 +149,17 @@ void transformRows(const FourierChain &chain, const float *tile, float *dst, flo
     }
 }
 
-void transformBlocked(const IppsFFTSpec_R_32f &spec, const float *src, float *dst, float *work) {
-    const int R = spec.chain.length;
-    const int C = spec.rows.length;
+void transformBlocked(const IppsFFTSpec_R_32f &tables, const float *src, float *dst, float *work) {
+    const int R = tables.chain.length;
+    const int C = tables.rows.length;
     const long tile = 2L * L * C;
     const long stride = 2L * R; // of the rows of the result
     float *const tiles = work;
-    float *const scratch = work + 2L * R * C;
+    float *const scratch = work + areaOfTiles(R, C);
     for (int c = 0; c < C; c += blockColumns) {
-        const float *const columns = transformColumns(spec.chain, src + 2L * c, 2L * C, scratch);
-        turnPass<Floats>(columns, blockColumns, tiles + 2L * L * c, R, tile, spec.coarseTurn + 2L * R * (c / L),
-                         spec.fineTurn);
+        const float *const columns = transformColumns(tables.chain, src + 2L * c, 2L * C, scratch);
+        turnPass<Floats>(columns, blockColumns, tiles + 2L * L * c, R, tile, tables.coarseTurn + 2L * R * (c / L),
+                         tables.fineTurn);
     }
 
     const int area = scratchOfRows(C);
@@ -166,24 +169,24 @@ void transformBlocked(const IppsFFTSpec_R_32f &spec, const float *src, float *ds
     float *const rest = scratch + 3L * area;
     const int blocks = R / L;
     for (int block = 0; block < blocks / 2; ++block) {
-        transformRows(spec.rows, tiles + block * tile, left, rest);
-        transformRows(spec.rows, tiles + (blocks - 1 - block) * tile, right, rest);
+        transformRows(tables.rows, tiles + block * tile, left, rest);
+        transformRows(tables.rows, tiles + (blocks - 1 - block) * tile, right, rest);
         finishPair<Floats>({left, right, block == 0 ? nullptr : before}, C / 4, dst + 2L * L * block,
-                           dst + stride - 2L * (L * (block + 1) - 1), stride, spec.laneFactors + 2L * L * block,
-                           spec.rowFactors, spec.half);
+                           dst + stride - 2L * (L * (block + 1) - 1), stride, tables.laneFactors + 2L * L * block,
+                           tables.rowFactors, tables.half);
         float *const done = right;
         right = before;
         before = done;
     }
-    finishMiddle<Floats>(before, C / 4, dst + stride / 2, stride, spec.laneFactors + stride / 2, spec.rowFactors,
-                         spec.half);
+    finishMiddle<Floats>(before, C / 4, dst + stride / 2, stride, tables.laneFactors + stride / 2, tables.rowFactors,
+                         tables.half);
     dst[1] = 0;
     dst[stride * C + 1] = 0;
 }
 
 /// From the transforms of the even samples (bins 0 to quarter) and of the odd ones (behind them) to that of all.
-void joinHalves(const IppsFFTSpec_R_32f &spec, float *bins, long quarter, float lastEven) {
-    const int fineBits = (spec.order - 1) / 2;
+void joinHalves(const IppsFFTSpec_R_32f &tables, float *bins, long quarter, float lastEven) {
+    const int fineBits = halvedFineBits(tables.order);
     const long fineMask = (1L << fineBits) - 1;
     const auto at = [bins](long k) { return Complex<float>{bins[2 * k], bins[2 * k + 1]}; };
     const auto put = [bins](long k, Complex<float> value) {
@@ -199,8 +202,8 @@ void joinHalves(const IppsFFTSpec_R_32f &spec, float *bins, long quarter, float 
     for (long k = 1; k <= quarter / 2; ++k) {
         // A bin and its mirror image among the quarter's bins: the four places that are read are those written.
         const Complex<float> w =
-            Complex<float>{spec.halvedFine[2 * (k & fineMask)], spec.halvedFine[2 * (k & fineMask) + 1]} *
-            Complex<float>{spec.halvedCoarse[2 * (k >> fineBits)], spec.halvedCoarse[2 * (k >> fineBits) + 1]};
+            Complex<float>{tables.halvedFine[2 * (k & fineMask)], tables.halvedFine[2 * (k & fineMask) + 1]} *
+            Complex<float>{tables.halvedCoarse[2 * (k >> fineBits)], tables.halvedCoarse[2 * (k >> fineBits) + 1]};
         const Complex<float> mirroredW{-w.im, -w.re}; // e^(-2 pi i (quarter - k) / N)
         const Complex<float> even = at(k);
         const Complex<float> odd = w * at(quarter + k);
@@ -215,8 +218,8 @@ void joinHalves(const IppsFFTSpec_R_32f &spec, float *bins, long quarter, float 
     }
 }
 
-void transformHalved(const IppsFFTSpec_R_32f &spec, const float *src, float *dst, float *work) {
-    const long half = 1L << (spec.order - 1);
+void transformHalved(const IppsFFTSpec_R_32f &tables, const float *src, float *dst, float *work) {
+    const long half = 1L << (tables.order - 1);
     for (long n = 0; n < half; ++n) {
         // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): this method has a bufferSize, so there is a buffer
         work[n] = src[2 * n + 1];
@@ -230,12 +233,12 @@ void transformHalved(const IppsFFTSpec_R_32f &spec, const float *src, float *dst
     // The last bin of the even samples falls on the first two odd samples.
     const float odd0 = dst[half];
     const float odd1 = dst[half + 1];
-    transformBlocked(spec, dst, dst, work);
+    transformBlocked(tables, dst, dst, work);
     const float lastEven = dst[half];
     dst[half] = odd0;
     dst[half + 1] = odd1;
-    transformBlocked(spec, dst + half, dst + half, work);
-    joinHalves(spec, dst, half / 2, lastEven);
+    transformBlocked(tables, dst + half, dst + half, work);
+    joinHalves(tables, dst, half / 2, lastEven);
 }
 
 } // namespace
@@ -244,13 +247,13 @@ IppStatus ippsFFTFwd_RToCCS_32f(const Ipp32f *pSrc, Ipp32f *pDst, const IppsFFTS
     if (pSpec == nullptr) {
         return ippStsNullPtrErr;
     }
-    if (pSpec->id != fourierSpecId || pSpec->lanes != L) {
+    if (pSpec->id != fourierTablesId || pSpec->lanes != L) {
         return ippStsContextMatchErr;
     }
     if (pSrc == nullptr || pDst == nullptr || (pBuffer == nullptr && pSpec->bufferSize > 0)) {
         return ippStsNullPtrErr;
     }
-    float *const work = reinterpret_cast<float *>(alignUp(pBuffer, 64));
+    float *const work = reinterpret_cast<float *>(alignUp(pBuffer, alignment));
     switch (pSpec->method) {
     case FourierMethod::Scalar:
         transformScalar(*pSpec, pSrc, pDst);

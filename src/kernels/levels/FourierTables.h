@@ -27,7 +27,7 @@ enum class FourierMethod { Scalar, Small, Flat, Blocked, Halved };
 
 } // namespace kernels
 
-/// The layout is the same at all levels, the tables are not.
+/// A transform's tables and how it runs with them. The layout is the same at all levels, what the tables hold is not.
 struct IppsFFTSpec_R_32f {
     Ipp32u id;
     int order;
@@ -47,6 +47,6 @@ struct IppsFFTSpec_R_32f {
     const float *fineTurn;       ///< blocked: e^(-2 pi i l r / M) for the lanes l
     const float *laneFactors;    ///< blocked: h e^(-pi i r / M)
     const float *rowFactors;     ///< blocked: e^(-pi i b / C), in the order of the last pass
-    const float *halvedFine;     ///< halved: e^(-2 pi i k / N) for k below 2^halvedBits
-    const float *halvedCoarse;   ///< halved: the same for multiples of 2^halvedBits
+    const float *halvedFine;     ///< halved: e^(-2 pi i k / N) for k below 2^halvedFineBits(order)
+    const float *halvedCoarse;   ///< halved: the same for multiples of that power
 };
