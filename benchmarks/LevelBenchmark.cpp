@@ -10,12 +10,12 @@
 
 #include "DrivenProcessor.h"
 #include "KernelLevels.h"
-#include "LevelLaw.h"
 #include "RatioReporter.h"
 #include "avb/AvbAudioBuffer.h"
 #include "core/configuration/BufferConfiguration.h"
 #include "process/SoundLevelValueProcessor.h"
 #include "process/configuration/SoundLevelValueConfig.h"
+#include "support/LevelModel.h"
 
 namespace {
 
@@ -54,12 +54,12 @@ struct Channel {
 /// The largest difference of some analyses in a row, in dB.
 double difference(unsigned amount) {
     Channel channel(amount);
-    LevelLaw law;
+    support::LevelModel law;
     const std::vector<float> samples = channel.buffer.fetchSignaledSamples(amount);
     double largest = 0;
     for (int block = 0; block < 100; ++block) {
         channel.analyse();
-        const LevelLaw::Levels expected = law.measure(samples);
+        const std::vector<double> expected = law.measure(samples);
         for (std::size_t index = 0; index < expected.size(); ++index) {
             largest = std::max(largest, std::abs(channel.levels.at(index) - expected[index]));
         }
@@ -78,7 +78,7 @@ int main(int argc, char **argv) {
             return EXIT_FAILURE;
         }
         const std::string row = std::to_string(amount) + " samples";
-        const auto law = std::make_shared<LevelLaw>();
+        const auto law = std::make_shared<support::LevelModel>();
         const auto source = std::make_shared<Channel>(amount);
         registerPeer("levels", "law", row,
                      [=] { benchmark::DoNotOptimize(law->measure(source->buffer.fetchSignaledSamples(amount))); });

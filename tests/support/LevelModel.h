@@ -5,26 +5,18 @@
 
 namespace support {
 
-/// Sound levels at 48 kHz computed value by value from the difference equations, in the order of a result's values.
+/**
+ * The law of the sound levels at 48 kHz, value by value in one pass and one thread, in the order of a result's values:
+ * what the library's results are held to, and what benchmarks compare its time with.
+ */
 class LevelModel {
 public:
     /// The highest levels behind any of the samples, in dB. Runs on from call to call.
     std::vector<double> measure(const std::vector<float> &samples);
 
 private:
-    struct Section {
-        std::array<double, 3> b;
-        std::array<double, 3> a;
-        std::array<double, 2> x{};
-        std::array<double, 2> y{};
-
-        double filter(double value);
-    };
-
-    static const std::vector<Section> aWeighting;
-    static const std::vector<Section> cWeighting;
-
-    std::vector<std::vector<Section>> filters{aWeighting, cWeighting, {}};
+    std::array<double, 6> delaysA{};
+    std::array<double, 4> delaysC{};
     std::array<double, 6> averages{};
 };
 
