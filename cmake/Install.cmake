@@ -8,14 +8,19 @@ install(FILES ${PROJECT_BINARY_DIR}/include/sonvex/export.h DESTINATION ${CMAKE_
 install(TARGETS qo_sonvexLib EXPORT qo_sonvexLibTargets)
 install(EXPORT qo_sonvexLibTargets NAMESPACE qo:: DESTINATION ${SONVEX_PACKAGE_DIR})
 
-# Programs and package find the library relative to themselves, so the installed folder can be moved.
-foreach(program sonvex-analyser sonvex-talker)
-    if(TARGET ${program})
-        file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-        set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
-        install(TARGETS ${program})
-    endif()
-endforeach()
+# Programs and package find the library relative to themselves, so the installed folder can be moved. In the build the
+# library lies as it will be installed: a RUNPATH that the installation had to change would end in an empty entry until
+# then, and the loader takes that for the current folder.
+if(TARGET sonvex-analyser)
+    file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(sonvex-analyser PROPERTIES
+        INSTALL_RPATH "$ORIGIN/${bin_to_lib}"
+        BUILD_WITH_INSTALL_RPATH ON)
+    get_target_property(build_bin sonvex-analyser BINARY_DIR)
+    get_filename_component(build_lib ${build_bin}/${bin_to_lib} ABSOLUTE)
+    set_target_properties(qo_sonvexLib PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${build_lib})
+    install(TARGETS sonvex-analyser sonvex-talker)
+endif()
 
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/qo_sonvexLibConfig.cmake.in qo_sonvexLibConfig.cmake
     INSTALL_DESTINATION ${SONVEX_PACKAGE_DIR})

@@ -1,26 +1,21 @@
 #!/usr/bin/env bash
-# Installs the build, moves what was installed, and builds and runs a project outside the tree against it.
+# Runs what was installed, and builds and runs a project outside the tree against it.
 set -euo pipefail
-cmake=$1 build=$2 compiler=$3 version=$4 libdir=$5 flags=$6
+cmake=$1 prefix=$2 work=$3/consumer compiler=$4 version=$5 libdir=$6 flags=$7
 sources=$(dirname "${BASH_SOURCE[0]}")/consumer
-work=$build/package-test
-prefix=$work/moved
 unset LD_LIBRARY_PATH
 trap 'echo "failed in line $LINENO: $BASH_COMMAND" >&2' ERR
-
-rm -rf "$work"
-"$cmake" --install "$build" --prefix "$work/installed" >"$build/package-test.log"
-mv "$work/installed" "$prefix"
 
 [[ $(readlink -f "$prefix/$libdir/libqo_sonvexLib.so") == *"/libqo_sonvexLib.so.$version" ]]
 for program in sonvex-analyser sonvex-talker; do
     "$prefix/bin/$program" --help >/dev/null
 done
 
-"$cmake" -S "$sources" -B "$work/with-cmake" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
+rm -rf "$work"
+"$cmake" -S "$sources" -B "$work" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
     -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_PREFIX_PATH="$prefix"
-"$cmake" --build "$work/with-cmake"
-"$work/with-cmake/consumer"
+"$cmake" --build "$work"
+"$work/consumer"
 
 export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
 [[ $(pkg-config --modversion qo_sonvexLib) == "$version" ]]
