@@ -7,6 +7,7 @@
 #include "analyser/AdapterProbe.h"
 #include "analyser/LogObserver.h"
 #include "common/Refusal.h"
+#include "common/rawSocketRemedy.h"
 
 namespace analyser {
 
@@ -31,8 +32,7 @@ std::string openRefusal(const std::string &device, const std::string &libraryTex
     const auto contains = [&](const char *part) { return cause.find(part) != std::string::npos; };
     std::string remedy;
     if (contains("ermission") || contains("not permitted")) {
-        remedy = "; capturing needs the capability CAP_NET_RAW: run it as root, or once 'sudo setcap cap_net_raw+ep " +
-                 QCoreApplication::applicationFilePath().toStdString() + "'";
+        remedy = common::rawSocketRemedy;
     } else if (AdapterProbe(device).state() == AdapterState::down) {
         remedy = "; the adapter is down: 'sudo ip link set " + device + " up' brings it up";
     }

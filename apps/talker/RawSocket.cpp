@@ -11,6 +11,7 @@
 #include <sys/socket.h>
 
 #include "common/Refusal.h"
+#include "common/rawSocketRemedy.h"
 
 namespace talker {
 
@@ -35,9 +36,8 @@ int openSocket(const std::string &device) {
     const int descriptor = socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, 0);
     if (descriptor < 0) {
         const int error = errno;
-        throw common::Refusal(
-            "cannot send raw frames on '" + device + "': " + std::generic_category().message(error) +
-            (error == EPERM ? "; run as root, or grant CAP_NET_RAW with 'setcap cap_net_raw+ep' to this program" : ""));
+        throw common::Refusal("cannot send raw frames on '" + device + "': " + std::generic_category().message(error) +
+                              (error == EPERM ? common::rawSocketRemedy : ""));
     }
     return descriptor;
 }

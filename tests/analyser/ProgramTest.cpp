@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/Program.h"
+
 namespace {
 
 struct Outcome {
@@ -45,6 +47,16 @@ INSTANTIATE_TEST_SUITE_P(
                     RefusedRun{"monitor --device bad\nname --stream 020000000001 --waveform 0:480", "'bad name'"},
                     RefusedRun{good + "--output /nowhere/at/all", "/nowhere/at/all"},
                     RefusedRun{good + "--log /nowhere/at/all", "/nowhere/at/all"}));
+
+TEST(Program, withoutTheRightToCaptureNamesTheRemedy) {
+    support::Program analyser("setpriv", {"--bounding-set=-net_raw", ANALYSER_PROGRAM, "monitor", "--device", "lo",
+                                          "--stream", "020000000001", "--waveform", "0:480"});
+    const auto outcome = analyser.wait();
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    EXPECT_NE(outcome.err.find("'sudo setpriv "), std::string::npos) << outcome.err;
+}
 
 TEST(Program, listsTheAdaptersWithoutAWordOfTheLibrarysLog) {
     const auto text = run("devices");

@@ -79,7 +79,7 @@ TEST(CommandLine, refusesFaultsThatNoFrameCanHave) {
 
 TEST(CommandLine, withoutTheRightToSendNamesTheRemedy) {
     expectRefusal(support::Program("setpriv", {"--bounding-set=-net_raw", SONVEX_TALKER, "--device", "lo"}).wait(),
-                  "CAP_NET_RAW");
+                  "'sudo setpriv ");
 }
 
 } // namespace
