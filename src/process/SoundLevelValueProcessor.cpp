@@ -95,6 +95,12 @@ void SoundLevelValueProcessor::calculate(const std::string & /*bufferName*/, std
     if (accumulatedSamples < cyclesPerResult * sampleAmount) {
         return;
     }
+    if (!withMemory("process::SoundLevelValueProcessor::calculate", [this] { deliverLevels(); })) {
+        accumulatedSamples = 0; // a block that grew from cycle to cycle would never find memory
+    }
+}
+
+void SoundLevelValueProcessor::deliverLevels() {
     std::vector<double> peaks(soundLevelValueTypes().size(), 0.0);
     if (!measure(peaks)) {
         return;

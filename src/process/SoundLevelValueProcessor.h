@@ -39,6 +39,7 @@ private:
     SoundLevelValueProcessor(const std::string &name, SoundLevelValueConfig &config, avb::AvbAudioBuffer &audioBuffer);
 
     void initFilter();
+    void deliverLevels();
     /// Runs the accumulated amount of samples, or silence for those that are not there, through filters and averages.
     /// @param peaks receives the highest averages, by the types' indices
     /// @return false, with a warning, where a kernel refuses: for an amount of 0, or of more than an int holds

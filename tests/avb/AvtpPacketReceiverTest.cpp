@@ -8,7 +8,7 @@
 
 #include "avb/AvtpPacketReceiver.h"
 #include "core/configuration/DeviceConfiguration.h"
-#include "support/AllocationCounter.h"
+#include "support/FailingCall.h"
 #include "support/Frames.h"
 #include "support/LogRecorder.h"
 

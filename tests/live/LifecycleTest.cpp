@@ -148,7 +148,8 @@ TEST(Destroy, endsTheRunOnceAndLetsHandlesOnlyWarn) {
                      "ISonvex::destroy Deleting waveform processor configurations...\n"
                      "ISonvex::destroy Deleting sound level value processor configurations...\n"
                      "ISonvex::destroy Deleting buffer configurations...\n");
-    expectInOrder(log, {"Processor engine stopped!", "Network receivers stopped!", "Deleting stream configurations..."});
+    expectInOrder(log,
+                  {"Processor engine stopped!", "Network receivers stopped!", "Deleting stream configurations..."});
     expectInOrder(log, {"PCAP listener INACTIVE", "Deleting stream configurations..."});
     const std::string over = "The run was ended by ISonvex::destroy, ";
     const std::string processor = "::ProcessorHandle::start \"WaveformProcessor_020000000001_0\" " + over;

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include "support/SparedMemory.h"
+
 namespace support {
 
 namespace {
@@ -22,6 +24,7 @@ State &state() {
 }
 
 void handleLine(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text) {
+    const SparedMemory spared;
     const std::string line = (type == QtDebugMsg ? "D " : "W ") + text.toStdString();
     State &current = state();
     const std::lock_guard<std::mutex> lock(current.mutex);
@@ -50,11 +53,13 @@ LogRecorder::~LogRecorder() {
 }
 
 std::vector<std::string> LogRecorder::lines() const {
+    const SparedMemory spared;
     const std::lock_guard<std::mutex> lock(state().mutex);
     return state().lines;
 }
 
 std::vector<std::string> LogRecorder::warnings() const {
+    const SparedMemory spared;
     std::vector<std::string> result;
     for (const std::string &line : lines()) {
         if (line.front() == 'W') {
@@ -65,6 +70,7 @@ std::vector<std::string> LogRecorder::warnings() const {
 }
 
 int LogRecorder::count(const std::string &text) const {
+    const SparedMemory spared;
     int found = 0;
     for (const std::string &line : lines()) {
         found += line.find(text) != std::string::npos ? 1 : 0;

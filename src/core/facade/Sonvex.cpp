@@ -26,9 +26,10 @@ Sonvex::~Sonvex() {
 
 sonvex::ihandles::INetworkReceiverHandle &Sonvex::addRemoteStreamReceiver(sonvex::IStreamConfiguration &configuration) {
     auto &stream = dynamic_cast<sonvex::StreamConfiguration &>(configuration);
+    const std::string uid = stream.getNetworkDeviceInfo()->getSystemDeviceName();
     beginRun();
     streamingEngine.addRemoteStreamReceiver(stream);
-    return *streamingEngine.getNetworkDeviceHandle(stream.getNetworkDeviceInfo()->getSystemDeviceName());
+    return *streamingEngine.getNetworkDeviceHandle(uid);
 }
 
 sonvex::ihandles::IProcessorHandle &Sonvex::addProcessor(sonvex::IProcessConfiguration &configuration) {
@@ -75,9 +76,10 @@ void Sonvex::beginRun() {
     if (run && !run->isOver()) {
         return;
     }
-    run = std::make_shared<engine::Run>();
-    processorEngine.begin(run);
-    streamingEngine.begin(run);
+    const auto newRun = std::make_shared<engine::Run>();
+    processorEngine.begin(newRun);
+    streamingEngine.begin(newRun);
+    run = newRun;
 }
 
 bool Sonvex::endRun() {
@@ -90,9 +92,9 @@ bool Sonvex::endRun() {
     }
     processorEngine.stop();
     streamingEngine.stop();
-    run->end();
     streamingEngine.retire();
     processorEngine.retire();
+    run->end();
     return true;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <new>
 #include <string>
+#include <utility>
 
 #include <QDebug>
 #include <QString>
@@ -28,15 +30,19 @@ inline unsigned printable(unsigned char item) {
 /// Hands a line to the process's log handler, or to the thread's HeldLines.
 void write(QtMsgType level, QString line);
 
+/// A line that finds no memory is lost: what it tells of goes on.
 template <class Context, class... Items>
 void log(QtMsgType level, const Context &context, const Items &...items) {
-    QString line;
-    {
-        QDebug stream(&line);
-        stream << printable(context);
-        (void)(stream << ... << printable(items));
+    try {
+        QString line;
+        {
+            QDebug stream(&line);
+            stream << printable(context);
+            (void)(stream << ... << printable(items));
+        }
+        write(level, std::move(line));
+    } catch (const std::bad_alloc &) {
     }
-    write(level, std::move(line));
 }
 
 } // namespace detail

@@ -29,27 +29,29 @@ ProcessorHandle *ProcessorHandleManager::getHandle(ProcessorSocket &socket) {
 
 ProcessorHandle *ProcessorHandleManager::addHandle(ProcessorSocket &socket) {
     const std::string uniqueId = socket.getUniqueId();
+    const std::string socketName = socket.getName();
     auto made = std::make_unique<ProcessorHandle>(uniqueId, run, nullptr);
     const auto &handle = handles.emplace(uniqueId, std::move(made)).first->second;
     socket.bindHandle(*handle);
     logging::debug("engine::processing::ProcessorHandleManager::addHandle",
                    "Created new Processor handle with unique ID '", uniqueId,
-                   "' and added to processor socket: ", socket.getName());
+                   "' and added to processor socket: ", socketName);
     return handle.get();
 }
 
 ProcessorHandle *ProcessorHandleManager::enableHandle(ProcessorSocket &socket) {
     static constexpr char context[] = "engine::processing::ProcessorHandleManager::enableHandle";
     const std::string uniqueId = socket.getUniqueId();
+    const std::string socketName = socket.getName();
     ProcessorHandle &handle = *handles.at(uniqueId);
     if (handle.isHandleBound()) {
         const std::string text = "Processor handle with unique ID '" + uniqueId +
-                                 "' is already bound and cannot be bind to processor socket: " + socket.getName();
+                                 "' is already bound and cannot be bind to processor socket: " + socketName;
         logging::refuse<exceptions::ResourceNotAvailable>(context, text);
     }
     socket.bindHandle(handle);
     logging::debug(context, "Processor handle with unique ID '", uniqueId,
-                   "' reactivated to processor socket: ", socket.getName());
+                   "' reactivated to processor socket: ", socketName);
     return &handle;
 }
 
@@ -79,6 +81,7 @@ bool ProcessorHandleManager::isCurrent(const ProcessorHandle &handle) const {
 }
 
 void ProcessorHandleManager::begin(std::shared_ptr<const Run> newRun) {
+    formerHandles.reserve(formerHandles.size() + handles.size());
     for (auto &entry : handles) {
         formerHandles.push_back(std::move(entry.second));
     }

@@ -42,8 +42,6 @@ process::ProcessConnection *ProcessorSocket::getProcessConnection() {
 }
 
 void ProcessorSocket::bindHandle(ProcessorHandle &handle) {
-    handle.setActiveStateProvider([target = processor] { return target->isProcessingActive(); });
-    handle.setHandleBound(true);
     // With this socket as their context, the connections end with it; the handle stays.
     const auto connectToProcessor = [&](auto signal, void (process::Processor::*operation)()) {
         connect(
@@ -57,6 +55,8 @@ void ProcessorSocket::bindHandle(ProcessorHandle &handle) {
     };
     connectToProcessor(qOverload<std::string>(&ProcessorHandle::start), &process::Processor::start);
     connectToProcessor(qOverload<std::string>(&ProcessorHandle::stop), &process::Processor::stop);
+    handle.setActiveStateProvider([target = processor] { return target->isProcessingActive(); });
+    handle.setHandleBound(true); // last, when nothing can fail any more
 }
 
 void ProcessorSocket::retire() {

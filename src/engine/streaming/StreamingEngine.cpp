@@ -66,8 +66,11 @@ void StreamingEngine::addNetworkStreamToNetworkReceiver(sonvex::StreamConfigurat
                             text, ": ", mac, "' already registered to '", device.getSystemDeviceDescription(), "' (",
                             device.getSystemDeviceName(), "). No action will be performed!");
     }
-    NetworkReceiver &receiver = *networkReceivers.at(device.getSystemDeviceName());
-    const auto entry = streamRegistry.emplace(mac, device.getSystemDeviceName()).first;
+    const std::string name = configuration.getName();
+    const std::string uid = device.getSystemDeviceName();
+    const std::string description = device.getSystemDeviceDescription();
+    NetworkReceiver &receiver = *networkReceivers.at(uid);
+    const auto entry = streamRegistry.emplace(mac, uid).first;
     QMetaObject::Connection relay;
     try {
         relay = connect(&receiver, &avb::AvtpPacketReceiver::message, this, &StreamingEngine::message);
@@ -77,10 +80,9 @@ void StreamingEngine::addNetworkStreamToNetworkReceiver(sonvex::StreamConfigurat
         streamRegistry.erase(entry);
         throw;
     }
-    logging::debug(context, "Network stream successfully added by configuration '", configuration.getName(),
+    logging::debug(context, "Network stream successfully added by configuration '", name,
                    "'' for streaming device :", mac);
-    logging::debug(context, "Receiver is: ", device.getSystemDeviceDescription(), "' (", device.getSystemDeviceName(),
-                   ")");
+    logging::debug(context, "Receiver is: ", description, "' (", uid, ")");
 }
 
 avb::AvbAudioBuffer *StreamingEngine::getAudioBuffer(const std::string &mac, unsigned int channelNumber) const {
@@ -120,6 +122,7 @@ void StreamingEngine::retire() {
 }
 
 void StreamingEngine::begin(std::shared_ptr<const Run> newRun) {
+    formerHandles.reserve(formerHandles.size() + networkReceivers.size());
     for (const auto &entry : networkReceivers) {
         formerHandles.push_back(entry.second->takeHandle());
     }

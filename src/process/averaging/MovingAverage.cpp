@@ -9,6 +9,7 @@
 
 #include "core/configuration/BufferConfiguration.h"
 #include "core/data/ChangeNotices.h"
+#include "core/logging/HeldLines.h"
 #include "core/logging/Log.h"
 #include "kernels/kernels.h"
 #include "process/configuration/SpectrumConfig.h"
@@ -44,6 +45,7 @@ void MovingAverage::retire() {
 }
 
 std::vector<double> MovingAverage::calculate(std::vector<double> input) {
+    const logging::HeldLines lines;
     const std::lock_guard<std::mutex> lock(mutex);
     if (!active || windowSize <= 1) {
         return input;
@@ -114,11 +116,11 @@ void MovingAverage::setVectorLength(std::size_t length) {
     if (length == vectorLength) {
         return;
     }
+    average = std::vector<double>(length); // first: without the memory for it, nothing has changed
     vectorLength = length;
     logging::debug("process::averaging::MovingAverage::setVectorLength", name,
                    "Moving window vector length set to: ", length);
     resetBuffers();
-    average.resize(length);
 }
 
 void MovingAverage::setWindowSize(unsigned int size) {
@@ -177,6 +179,7 @@ void MovingAverage::movingAverageActivityChanged(std::string changedParameter) {
     if (changedParameter != notices::movingAverageActivityChanged) {
         return;
     }
+    const logging::HeldLines lines;
     const std::lock_guard<std::mutex> lock(mutex);
     active = config->isMovingAverageActive();
     logging::debug("process::averaging::MovingAverage::movingAverageActivityChanged", name, "Moving Average ",
@@ -188,6 +191,7 @@ void MovingAverage::movingAverageActivityChanged(std::string changedParameter) {
 
 void MovingAverage::windowSizeChanged(std::string changedParameter) {
     if (changedParameter == notices::movingAverageWindowSizeChanged) {
+        const logging::HeldLines lines;
         const std::lock_guard<std::mutex> lock(mutex);
         setWindowSize(config->getMovingAverageWindowSize());
     }
@@ -195,6 +199,7 @@ void MovingAverage::windowSizeChanged(std::string changedParameter) {
 
 void MovingAverage::windowLengthChanged(std::string changedParameter) {
     if (changedParameter == notices::movingAverageWindowLengthChanged) {
+        const logging::HeldLines lines;
         const std::lock_guard<std::mutex> lock(mutex);
         setWindowLength(config->getMovingAverageWindowLength());
     }
@@ -202,6 +207,7 @@ void MovingAverage::windowLengthChanged(std::string changedParameter) {
 
 void MovingAverage::clockConfigurationChanged(std::string changedParameter) {
     if (changedParameter == notices::internalClock || changedParameter == notices::externalClock) {
+        const logging::HeldLines lines;
         const std::lock_guard<std::mutex> lock(mutex);
         logging::debug("process::averaging::MovingAverage::clockConfigurationChanged", name, "Audio clock changed");
         updateWindowSize();
@@ -210,6 +216,7 @@ void MovingAverage::clockConfigurationChanged(std::string changedParameter) {
 
 void MovingAverage::clockRefreshChanged(std::string changedParameter) {
     if (config->isInternalClockActive() && changedParameter == notices::clockRefreshRateChanged) {
+        const logging::HeldLines lines;
         const std::lock_guard<std::mutex> lock(mutex);
         logging::debug("process::averaging::MovingAverage::clockRefreshChanged", name,
                        "Internal audio clock refresh rate changed");
@@ -219,6 +226,7 @@ void MovingAverage::clockRefreshChanged(std::string changedParameter) {
 
 void MovingAverage::signalingSampleAmountChanged(std::string changedParameter) {
     if (!config->isInternalClockActive() && changedParameter == notices::sampleAmountChanged) {
+        const logging::HeldLines lines;
         const std::lock_guard<std::mutex> lock(mutex);
         logging::debug("process::averaging::MovingAverage::signalingSampleAmountChanged", name,
                        "External audio clock signaling sample amount changed");

@@ -26,8 +26,8 @@ namespace process::averaging {
  * along for 100 cycles, then computed anew, so that rounding cannot add up.
  *
  * Threads: calculate() and isActive() on the processor's thread, the slots on the one that made the averager or sets
- * the configuration. The mutex guards all state; nothing under it emits a signal. It may be destroyed on another thread
- * once its own one has retired it.
+ * the configuration. The mutex guards all state; nothing under it emits a signal, and its lines go out behind it. It
+ * may be destroyed on another thread once its own one has retired it.
  */
 class MovingAverage : public QObject {
     Q_OBJECT

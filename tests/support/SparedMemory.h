@@ -1,0 +1,17 @@
+#pragma once
+
+namespace support {
+
+/// While one lives, no memory is refused to its thread (see FailingCall): for what a test does of its own meanwhile.
+class SparedMemory {
+public:
+    SparedMemory();
+    ~SparedMemory();
+    SparedMemory(const SparedMemory &) = delete;
+    SparedMemory &operator=(const SparedMemory &) = delete;
+
+    /// Whether this thread has one.
+    static bool isActive();
+};
+
+} // namespace support
