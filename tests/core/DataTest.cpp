@@ -1,3 +1,5 @@
+#include <locale>
+
 #include <QDebug>
 
 #include <gtest/gtest.h>
@@ -16,6 +18,18 @@ TEST(VectorData, printsNumbersWithSixSignificantDigits) {
     for (const auto &[value, text] : cases) {
         EXPECT_EQ(VectorData({value}, {value}).toString(), "[Vector (x,y)]\n\tx: " + text + "\n\ty: " + text);
     }
+}
+
+TEST(VectorData, printsTheSameNumbersInEveryLocale) {
+    struct GroupedWithComma : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    const std::locale earlier = std::locale::global(std::locale(std::locale::classic(), new GroupedWithComma));
+    const std::string text = VectorData({1234.5}, {0.25}).toString();
+    std::locale::global(earlier);
+    EXPECT_EQ(text, "[Vector (x,y)]\n\tx: 1234.5\n\ty: 0.25");
 }
 
 TEST(ChannelData, printsItsNameAndBothSeries) {

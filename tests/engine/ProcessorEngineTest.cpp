@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <thread>
 
 #include <QThread>
 
@@ -210,6 +211,24 @@ TEST_F(ProcessorEngine, endsARemovedProcessorWithinTheCallAndDropsItsResults) {
     support::capture(buffer, support::ramp(1, 3));
     support::deliverQueued();
     EXPECT_TRUE(delivered.empty());
+}
+
+TEST_F(ProcessorEngine, refusesToRemoveAProcessorOnAnotherThread) {
+    ProcessorHandle &handle = add("mine", 1);
+    waveform.setClockType("Internal clock");
+    waveform.setRefreshRate(1);
+    handle.start();
+    const std::string text = "The processor with unique ID 'WaveformProcessor_" + mac +
+                             "_1' can be removed on the thread that added it only";
+    std::thread([&] {
+        EXPECT_EQ(text, support::refusalOf<exceptions::ResourceNotAvailable>([&] {
+                            engine->removeProcessor(handle);
+                        }).what());
+    }).join();
+    EXPECT_EQ(log.warnings().back(), "W engine::processing::ProcessorEngine::removeProcessor \"" + text + "\"");
+    EXPECT_TRUE(support::waitFor([&] { return delivered.size() > 3; })); // its clock goes on
+    engine->removeProcessor(handle);
+    EXPECT_FALSE(handle.isHandleBound());
 }
 
 TEST_F(ProcessorEngine, givesTheSameHandleForAReturningProcessorAndNoWayToTheOldOne) {

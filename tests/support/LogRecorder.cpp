@@ -23,13 +23,16 @@ State &state() {
     return instance;
 }
 
-void handleLine(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text) {
+void handleLine(QtMsgType type, const QMessageLogContext &context, const QString &text) {
     const SparedMemory spared;
     const std::string line = (type == QtDebugMsg ? "D " : "W ") + text.toStdString();
     State &current = state();
     const std::lock_guard<std::mutex> lock(current.mutex);
     if (current.recording) {
         current.lines.push_back(line);
+    }
+    if (context.category == nullptr) { // which handlers and filters of a host look at
+        current.faults.push_back("without category: " + line);
     }
     for (const char *fault : {"Cannot queue arguments", "QObject::", "QTimer::", "QThread:", "QMetaType"}) {
         if (line.compare(2, std::string(fault).size(), fault) == 0 || line.find("Cannot queue") != std::string::npos) {

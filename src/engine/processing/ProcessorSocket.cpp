@@ -43,18 +43,18 @@ process::ProcessConnection *ProcessorSocket::getProcessConnection() {
 
 void ProcessorSocket::bindHandle(ProcessorHandle &handle) {
     // With this socket as their context, the connections end with it; the handle stays.
-    const auto connectToProcessor = [&](auto signal, void (process::Processor::*operation)()) {
+    const auto connectToProcessor = [&](auto signal, auto operation) {
         connect(
             &handle, signal, this,
             [this, operation](const std::string &id) {
                 if (id == uniqueId) {
-                    (processor->*operation)();
+                    operation(*processor);
                 }
             },
             Qt::DirectConnection);
     };
-    connectToProcessor(qOverload<std::string>(&ProcessorHandle::start), &process::Processor::start);
-    connectToProcessor(qOverload<std::string>(&ProcessorHandle::stop), &process::Processor::stop);
+    connectToProcessor(qOverload<std::string>(&ProcessorHandle::start), [](auto &target) { target.start(); });
+    connectToProcessor(qOverload<std::string>(&ProcessorHandle::stop), [](auto &target) { target.stop(); });
     handle.setActiveStateProvider([target = processor] { return target->isProcessingActive(); });
     handle.setHandleBound(true); // last, when nothing can fail any more
 }

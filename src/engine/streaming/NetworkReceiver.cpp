@@ -26,18 +26,18 @@ NetworkReceiver::NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std
     }
     registerPacketReceiver(*this);
     // With the controller as their context, the connections end with this object; the handle may stay.
-    const auto connectToSniffer = [this](auto signal, void (PcapPacketSniffer::*operation)()) {
+    const auto connectToSniffer = [this](auto signal, auto operation) {
         QObject::connect(
             handle.get(), signal, &controller,
             [this, operation](const std::string &uid) {
                 if (uid == getDeviceInfoCopy().getSystemDeviceName()) {
-                    (this->*operation)();
+                    operation(static_cast<PcapPacketSniffer &>(*this));
                 }
             },
             Qt::DirectConnection);
     };
-    connectToSniffer(qOverload<std::string>(&NetworkReceiverHandle::start), &PcapPacketSniffer::start);
-    connectToSniffer(qOverload<std::string>(&NetworkReceiverHandle::stop), &PcapPacketSniffer::stop);
+    connectToSniffer(qOverload<std::string>(&NetworkReceiverHandle::start), [](auto &sniffer) { sniffer.start(); });
+    connectToSniffer(qOverload<std::string>(&NetworkReceiverHandle::stop), [](auto &sniffer) { sniffer.stop(); });
 }
 
 NetworkReceiver::~NetworkReceiver() {

@@ -1,0 +1,158 @@
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include <QCoreApplication>
+#include <QSemaphore>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <sonvex/sonvex.h>
+
+#include "support/LiveStream.h"
+#include "support/NetworkNamespace.h"
+#include "support/waitFor.h"
+
+// A log handler is the host's code: it may take its time, or wait for the host's thread.
+namespace {
+
+using namespace sonvex::iprocess;
+
+constexpr int patience = 20000; // ms
+
+/// Puts a log handler in the place of the process's own for as long as it lives.
+class Handler {
+public:
+    explicit Handler(std::function<void(const QString &)> newFunction) {
+        function = std::move(newFunction);
+        earlier = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &text) {
+            EXPECT_STREQ(context.category, "default") << text.toStdString();
+            function(text);
+        });
+    }
+    ~Handler() { qInstallMessageHandler(earlier); }
+    Handler(const Handler &) = delete;
+    Handler &operator=(const Handler &) = delete;
+
+private:
+    static inline std::function<void(const QString &)> function;
+    QtMessageHandler earlier;
+};
+
+std::int16_t anySample(std::size_t, unsigned) {
+    return 5;
+}
+
+TEST(LogHandler, mayWaitForTheHostsThread) {
+    support::LiveStream stream(2, 48, anySample);
+    auto &waveform = IWaveformConfig::createInstance("waveform", 48);
+    auto &spectrum = ISpectrumConfig::createInstance("spectrum", 0);
+    auto &levels = ISoundLevelValueConfig::createInstance("levels", 288);
+    spectrum.setFftOrder(6);
+    spectrum.setMovingAverageActive(true);
+    int results = 0;
+    auto &facade = ISonvex::createInstance();
+    std::vector<sonvex::ihandles::IProcessorHandle *> processors;
+    for (IProcessorConfigBase *config : std::initializer_list<IProcessorConfigBase *>{&waveform, &spectrum, &levels}) {
+        processors.push_back(&stream.add("waits", *config, 0));
+        facade.getMeteringDataSource(*processors.back()).bindChannelCallback([&](sonvex::IChannelData &) {
+            ++results;
+        });
+    }
+    std::atomic<int> waits{0};
+    std::atomic<int> waiting{0};
+    QObject host; // on this thread
+    std::atomic<bool> served{true};
+    {
+        QThread *const hostsThread = QThread::currentThread();
+        std::atomic<bool> givenUp{false};
+        const Handler handler([&](const QString &) {
+            if (QThread::currentThread() == hostsThread || givenUp) {
+                return;
+            }
+            const auto answer = std::make_shared<QSemaphore>();
+            QMetaObject::invokeMethod(
+                &host, [answer] { answer->release(); }, Qt::QueuedConnection);
+            ++waits;
+            ++waiting;
+            givenUp = !answer->tryAcquire(1, patience);
+            --waiting;
+            served = served && !givenUp;
+        });
+        for (auto *processor : processors) {
+            processor->start();
+        }
+        stream.capture.start();
+        for (unsigned turn = 0; turn < 150 && served; ++turn) {
+            stream.send(16, turn % 3); // gaps are told on the capture's thread
+            waveform.setClockType(turn % 2 == 0 ? "Internal clock" : "External clock"); // on the processor's
+            waveform.setRefreshRate(1 + turn % 5);
+            spectrum.setFftOrder(6 + turn % 3); // which empties the averager's window, on both threads
+            spectrum.setMovingAverageWindowSize(2 + turn % 7);
+            spectrum.setRefreshRate(1 + turn % 7);
+            for (auto *processor : processors) {
+                processor->stop();
+                processor->start();
+            }
+            if (turn % 30 == 0) {
+                support::LiveStream another(1, 0, anySample); // into the table that the capture reads
+            }
+            QCoreApplication::processEvents();
+        }
+        EXPECT_TRUE(support::waitFor([&] {
+            stream.send(16);
+            return results > 100 && waits > 100;
+        }));
+        // What ends a thread waits for it, so the lines of these come before.
+        stream.capture.stop();
+        int idle = 0;
+        EXPECT_TRUE(support::waitFor([&] { return (idle = waiting == 0 ? idle + 1 : 0) > 100; }));
+    }
+    EXPECT_TRUE(served) << "a lock was held while a line was written";
+    ISonvex::destroy();
+}
+
+TEST(LogHandler, thatStallsACaptureKeepsNobodyFromAddingStreams) {
+    support::makeVethPair("stall0", "stall1");
+    sonvex::INetworkDeviceManager::createInstance().scanDevices();
+    support::LiveStream stream(2, 48, anySample);
+    QSemaphore stalled;
+    QSemaphore gate;
+    QSemaphore added;
+    std::thread watchdog;
+    {
+        const Handler handler([&](const QString &text) {
+            if (text.contains(QLatin1String("Packets missed")) && stalled.available() == 0) {
+                stalled.release();
+                gate.acquire();
+            }
+        });
+        stream.capture.start();
+        while (stalled.available() == 0) {
+            stream.send(2, 1);
+            QThread::usleep(100);
+        }
+        watchdog = std::thread([&] {
+            EXPECT_TRUE(added.tryAcquire(1, patience)) << "adding a stream waits for the log";
+            gate.release();
+        });
+        const support::LiveStream onTheSameAdapter(2, 48, anySample);
+        auto &manager = sonvex::INetworkDeviceManager::createInstance();
+        unsigned index = 1;
+        while (manager.getDeviceInfo(index).getSystemDeviceName() != "stall0") {
+            ++index;
+        }
+        // The frames of all adapters go to the new one's streams from now on.
+        ISonvex::createInstance().addRemoteStreamReceiver(sonvex::IStreamConfiguration::createInstance(
+            "stream", "0200000000ee", manager.getDeviceInfo(index), stream.device));
+        added.release();
+        watchdog.join();
+    }
+    ISonvex::destroy();
+    support::removeInterface("stall0");
+}
+
+} // namespace
