@@ -14,7 +14,8 @@ public:
     virtual ~IBaseMessage();
     IBaseMessage &operator=(const IBaseMessage &);
 
-    /// The kind of message: "BaseMessage", "StatusMessage" or "ChannelAmountChanged".
+    /// The kind of message: "BaseMessage", "StatusMessage" or "ChannelAmountChanged". A host receives the last one
+    /// only.
     virtual std::string getName() const = 0;
     /// What the message is about, for example a stream's MAC text.
     virtual std::string getMessageId() const = 0;

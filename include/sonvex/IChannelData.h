@@ -18,7 +18,7 @@ public:
     /// The values; valid as long as this object.
     virtual IVectorData &getVectorData() = 0;
     virtual std::string toString() const = 0;
-    /// The name of the processor that made the result.
+    /// The name of the process configuration that made the processor; "DummyChannel" for a spectrum.
     virtual std::string getName() const = 0;
 };
 

@@ -6,7 +6,8 @@
 
 namespace sonvex::ihandles {
 
-/// Starts and stops one processor. Valid until the library unloads, also after the processor was removed.
+/// Starts and stops one processor. Valid until the library unloads, also after the processor was removed; after
+/// ISonvex::destroy it only warns.
 class SONVEX_EXPORT IProcessorHandle {
 public:
     IProcessorHandle();
@@ -21,7 +22,7 @@ public:
     virtual bool isProcessingActive() const = 0;
     /// Processor type, device MAC text and channel number, joined by underscores.
     virtual std::string getUniqueId() const = 0;
-    /// False between ISonvex::removeProcessor and the next ISonvex::addProcessor of the same processor.
+    /// False between ISonvex::removeProcessor and the next ISonvex::addProcessor of the same processor in the same run.
     virtual bool isHandleBound() const = 0;
     virtual std::string toString() const = 0;
 };

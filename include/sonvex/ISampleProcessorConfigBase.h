@@ -10,6 +10,9 @@ namespace sonvex::iprocess {
 /**
  * When a processor calculates, and on how many samples. All values may be changed while the processor runs, from one
  * thread at a time; a change of the clock restarts a running processor.
+ *
+ * Several processors may share a configuration. Each change reaches all of them, and so does the addition of another
+ * processor to it, which restarts those that run.
  */
 class SONVEX_EXPORT ISampleProcessorConfigBase : public IProcessorConfigBase {
 public:

@@ -24,12 +24,19 @@ class IBaseMessage;
  *
  * Calling order: make configurations with the `createInstance` factories, add the stream, add processors on its
  * channels, bind a callback to each processor's metering data source, start the handles; stop them, and call
- * destroy() once at the end.
+ * destroy() at the end. That was one run; the next thing that is added begins another one.
  *
  * Threads: the host calls everything, the returned objects included, from the one thread that loaded the library,
- * and runs a Qt event loop on it; results, messages and the internal clock are delivered by that loop.
+ * and runs a Qt event loop on it; results, messages and the internal clock are delivered by that loop. Operations may
+ * be called from within a callback or a message receiver. The library logs on its own threads too, never under a lock;
+ * but what ends a thread waits for it (destroy(), removeProcessor(), the first addition after destroy(), a capture's
+ * start() after its stop(), unloading), so a log handler of the host's must not wait for its thread meanwhile.
  *
  * Ownership: the library owns everything that it returns. The host keeps references and deletes nothing.
+ *
+ * Unloading ends a run that goes on, and takes the code away: no reference, message or exception of the library's may
+ * be used afterwards, and none of its functions may be on the stack. The code of a bound function has to stay until
+ * then. A host may load and unload the library as often as it likes.
  */
 class SONVEX_EXPORT ISonvex {
 public:
@@ -37,9 +44,15 @@ public:
     static ISonvex &createInstance();
 
     /**
-     * Ends a run: stops all processors and captures, waits until no capture loop and no calculation is left, and
-     * deletes every configuration object. Afterwards all configuration references are invalid; handles stay valid,
-     * but a start() on them only warns. A second call finds nothing left to delete.
+     * Ends a run: stops all processors and captures, waits until no capture loop and no calculation is left, closes the
+     * adapters and deletes every configuration object. Afterwards all configuration references are invalid; handles
+     * stay valid, but only warn, in later runs too. Results that are on their way still arrive; metering data sources
+     * and what is bound to them stay.
+     *
+     * The next stream or processor that is added begins a new run, with the same addresses, adapters and IDs if the
+     * host likes, and with new handles; it also ends the threads that the last run has left idle.
+     *
+     * On another thread than the one that added the processors it warns and does nothing.
      */
     static void destroy();
 
@@ -53,10 +66,14 @@ public:
 
     /**
      * Adds a stream, and opens its adapter if it is the first stream there.
+     *
+     * The adapter that was opened last gets the frames of all adapters, for its own streams alone: those of another one
+     * receive nothing from then on. An adapter that cannot be opened takes them as well, and leaves nobody to receive.
      * @return the handle that starts and stops the capture of the adapter, shared by all its streams.
      * @throws std::bad_cast for a configuration that is not the library's own
      * @throws exceptions::StreamingDeviceAlreadyExists if the MAC address was added before, on whatever adapter
-     * @throws exceptions::InstanceNotCreateable if the adapter cannot be opened or the device has no channels
+     * @throws exceptions::InstanceNotCreateable if the adapter cannot be opened, if the device has no channels or more
+     * than there is memory for, or if the system gives no thread
      */
     virtual sonvex::ihandles::INetworkReceiverHandle &
     addRemoteStreamReceiver(sonvex::IStreamConfiguration &configuration) = 0;
@@ -68,14 +85,17 @@ public:
      * @throws std::bad_cast for a configuration that is not the library's own
      * @throws exceptions::ResourceNotAvailable if there is no such stream or channel
      * @throws exceptions::ProcessorAlreadyExists if the channel has a processor of this type
-     * @throws exceptions::InstanceNotCreateable if there is no processor of the configuration's type
+     * @throws exceptions::InstanceNotCreateable if there is no processor of the configuration's type, or if the system
+     * gives no thread
      */
     virtual sonvex::ihandles::IProcessorHandle &addProcessor(sonvex::IProcessConfiguration &configuration) = 0;
 
     /**
      * Ends a processor and waits for its thread. The handle stays valid, unbound; so does the metering data source.
+     * Results that are on their way do not arrive.
      * @throws std::bad_cast for a handle that is not the library's own
-     * @throws exceptions::ResourceNotAvailable if the processor was removed before
+     * @throws exceptions::ResourceNotAvailable if the processor was removed before, if the handle is one of an earlier
+     * run, or on another thread than the one that added the processor
      */
     virtual void removeProcessor(sonvex::ihandles::IProcessorHandle &handle) = 0;
 
@@ -85,7 +105,8 @@ public:
      */
     virtual sonvex::IMeteringDataSource &getMeteringDataSource(sonvex::ihandles::IProcessorHandle &handle) = 0;
 
-    /// Replaces the receiver of messages; an empty function drops them. It runs on the host's thread.
+    /// Replaces the receiver of messages; an empty function drops them. It runs on the host's thread. The one message
+    /// that comes is sonvex::imessages::IChannelAmountChanged, and it comes as often as its adapter has streams.
     virtual void
     setMessageReceiver(const std::function<void(std::shared_ptr<sonvex::imessages::IBaseMessage>)> &receiver) = 0;
 };

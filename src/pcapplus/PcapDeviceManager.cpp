@@ -1,5 +1,7 @@
 #include "pcapplus/PcapDeviceManager.h"
 
+#include <memory>
+
 #include <pcap/pcap.h>
 
 #include <sonvex/exceptions.h>
@@ -22,12 +24,12 @@ bool PcapDeviceManager::scanDevices() {
         logging::warning(context, "Device scan cannot be performed: ", std::string(error));
         return false;
     }
+    const std::unique_ptr<pcap_if_t, decltype(&pcap_freealldevs)> list(first, pcap_freealldevs);
     int number = 0;
     for (const pcap_if_t *device = first; device != nullptr; device = device->next) {
         const char *description = device->description != nullptr ? device->description : PcapDeviceInfo::noDescription;
         devices.emplace_back(++number, device->name, description);
     }
-    pcap_freealldevs(first);
     if (devices.empty()) {
         logging::debug(context, "No interfaces found! Make sure WinPcap is installed correctly!.");
         return true;

@@ -78,8 +78,8 @@ bool PcapPacketSniffer::configure(const PcapDeviceInfo &device, int snapLength, 
     settings = {snapLength, promiscuous, timeoutMilliseconds};
     std::string error;
     adapterIndex = if_nametoindex(deviceInfo.getSystemDeviceName().c_str());
-    pcapHandle = openAdapter(deviceInfo.getSystemDeviceName(), settings, error);
-    configured = pcapHandle != nullptr;
+    adapter = openAdapter(deviceInfo.getSystemDeviceName(), settings, error);
+    configured = adapter != nullptr;
     opened = opened || configured;
     const std::string text = configured ? "Successfully configured adapter number " + number
                                         : "Unable to open the adapter number " + number + ". Error message: " + error;
@@ -110,7 +110,7 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
         return false;
     }
     std::string text = "Filter '" + expression + "'";
-    FilterProgram program(pcapHandle, expression, optimise, netmask);
+    FilterProgram program(adapter.get(), expression, optimise, netmask);
     if (!program.isCompiled()) {
         filterEnabled = false;
         text += ": Unable to compile! Check the syntax";
@@ -121,13 +121,13 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
             captureRun->breakLoop();
         }
         waitForCaptureEnd();
-        filterEnabled = pcap_setfilter(pcapHandle, program.get()) >= 0;
+        filterEnabled = pcap_setfilter(adapter.get(), program.get()) >= 0;
         if (filterEnabled) {
             filterExpression = expression;
             filter = std::make_unique<Filter>(Filter{expression, optimise, netmask});
             text += " enabled";
         } else {
-            text += std::string(": cannot be set! Error message: ") + pcap_geterr(pcapHandle);
+            text += std::string(": cannot be set! Error message: ") + pcap_geterr(adapter.get());
         }
         if (pauses) {
             running = launch(GatheredFrames::Deliver);
@@ -214,14 +214,11 @@ void PcapPacketSniffer::report(const char *type, const std::string &text) {
 
 void PcapPacketSniffer::closeAdapter() {
     captureRun.reset();
-    if (pcapHandle != nullptr) {
-        pcap_close(pcapHandle);
-        pcapHandle = nullptr;
-    }
+    adapter.reset();
 }
 
 bool PcapPacketSniffer::isAdapterLost() const {
-    return opened && (pcapHandle == nullptr || (captureRun && captureRun->hasFailed()) ||
+    return opened && (adapter == nullptr || (captureRun && captureRun->hasFailed()) ||
                       if_nametoindex(deviceInfo.getSystemDeviceName().c_str()) != adapterIndex);
 }
 
@@ -237,7 +234,7 @@ void PcapPacketSniffer::reopenAdapter() {
 bool PcapPacketSniffer::launch(GatheredFrames gathered) {
     captureRun.reset();
     try {
-        captureRun = std::make_unique<CaptureRun>(snifferName, pcapHandle, gathered);
+        captureRun = std::make_unique<CaptureRun>(snifferName, adapter.get(), gathered);
     } catch (const std::exception &refusal) {
         warn("pcapplus::PcapPacketSniffer::launch",
              std::string("The system refused a thread for the capture! Error message: ") + refusal.what());

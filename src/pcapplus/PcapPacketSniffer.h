@@ -87,7 +87,7 @@ private:
     std::string filterExpression = "None";
     std::unique_ptr<Filter> filter; ///< the one that is set; null without
     std::string receiverName = "None";
-    pcap_t *pcapHandle = nullptr;
+    OpenAdapter adapter;                    ///< null while none is open
     bool opened = false;                    ///< at some time
     unsigned int adapterIndex = 0;          ///< the system's number of the adapter: not that of a later one of its name
     std::unique_ptr<CaptureRun> captureRun; ///< the latest

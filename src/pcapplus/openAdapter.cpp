@@ -24,10 +24,11 @@ std::string describeFailure(const std::string &device, pcap_t *handle, int statu
 
 } // namespace
 
-pcap_t *openAdapter(const std::string &device, const AdapterSettings &settings, std::string &error) {
+OpenAdapter openAdapter(const std::string &device, const AdapterSettings &settings, std::string &error) {
     for (int ring = largestRing;; ring /= 2) {
         char message[PCAP_ERRBUF_SIZE] = "";
-        pcap_t *handle = pcap_create(device.c_str(), message);
+        OpenAdapter adapter(pcap_create(device.c_str(), message));
+        pcap_t *const handle = adapter.get();
         if (handle == nullptr) {
             error = message;
             return nullptr;
@@ -38,15 +39,13 @@ pcap_t *openAdapter(const std::string &device, const AdapterSettings &settings, 
         pcap_set_buffer_size(handle, ring);
         const int status = pcap_activate(handle);
         if (status >= 0 && pcap_datalink(handle) == DLT_EN10MB) {
-            return handle;
+            return adapter;
         }
         if (status >= 0) {
             error = device + ": no Ethernet adapter";
-            pcap_close(handle);
             return nullptr;
         }
         error = describeFailure(device, handle, status);
-        pcap_close(handle);
         // A refused ring comes as the general error; the usual causes, a missing adapter or permission, have their own.
         if (status != PCAP_ERROR || ring <= smallestRing) {
             return nullptr;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <pcap/pcap.h>
@@ -13,6 +14,13 @@ struct AdapterSettings {
     int timeoutMilliseconds; ///< how long the kernel may gather frames before it wakes the reader
 };
 
+struct CloseAdapter {
+    void operator()(pcap_t *handle) const { pcap_close(handle); }
+};
+
+/// An open adapter. No capture may be left when it goes.
+using OpenAdapter = std::unique_ptr<pcap_t, CloseAdapter>;
+
 /**
  * Opens an adapter like pcap_open_live, with its error texts, but with a capture ring of 32 MiB: the ring of 2 MiB
  * that one gets there holds 7 ms of a single stream, less than one hiccup of a busy machine.
@@ -20,6 +28,6 @@ struct AdapterSettings {
  * it can be an audio stream, and on some of them pcap_breakloop cannot end a capture.
  * @param error receives the reason if null is returned
  */
-pcap_t *openAdapter(const std::string &device, const AdapterSettings &settings, std::string &error);
+OpenAdapter openAdapter(const std::string &device, const AdapterSettings &settings, std::string &error);
 
 } // namespace pcapplus
