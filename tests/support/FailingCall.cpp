@@ -11,6 +11,7 @@
 #include <pthread.h>
 
 #include "support/SparedMemory.h"
+#include "support/ThreadSanitizer.h"
 
 // The functions that this program takes over. Those of libpcap and malloc are what the library's objects call here (the
 // linker's --wrap); pthread_create and new stand before everybody's.
@@ -103,6 +104,7 @@ void *__wrap_malloc(std::size_t size) {
     ++allocations;
     if (!isMemoryRefused(size, __builtin_return_address(0))) {
         if (void *memory = __real_malloc(size == 0 ? 1 : size)) {
+            support::releaseQtsBlock(memory, __builtin_return_address(0));
             return memory;
         }
     }
@@ -110,9 +112,11 @@ void *__wrap_malloc(std::size_t size) {
 }
 
 [[gnu::visibility("default")]] void operator delete(void *memory) noexcept {
+    support::acquireQtsBlock(memory, __builtin_return_address(0));
     std::free(memory);
 }
 [[gnu::visibility("default")]] void operator delete(void *memory, std::size_t /*size*/) noexcept {
+    support::acquireQtsBlock(memory, __builtin_return_address(0));
     std::free(memory);
 }
 

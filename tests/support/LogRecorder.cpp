@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "support/SparedMemory.h"
+#include "support/ThreadSanitizer.h"
 
 namespace support {
 
@@ -27,6 +28,7 @@ void handleLine(QtMsgType type, const QMessageLogContext &context, const QString
     const SparedMemory spared;
     const std::string line = (type == QtDebugMsg ? "D " : "W ") + text.toStdString();
     State &current = state();
+    const Unseen unseen; // or each line would order its thread with all others
     const std::lock_guard<std::mutex> lock(current.mutex);
     if (current.recording) {
         current.lines.push_back(line);

@@ -1,0 +1,260 @@
+// How Qt hands objects from thread to thread, told to the thread sanitizer, which sees none of Qt's locks. Linked into
+// the programs that run under it. Each hand-over is an edge from one address to the same: what a sender does after its
+// signal stays unordered with the slot, and a race there is reported.
+#include "support/ThreadSanitizer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+#include <utility>
+
+#include <dlfcn.h>
+#include <link.h>
+
+#include <QByteArray>
+#include <QMetaType>
+#include <QThread>
+#include <private/qobject_p.h>
+
+namespace {
+
+struct Range {
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+};
+
+Range findQt() {
+    Range found;
+    const auto visit = [](dl_phdr_info *module, std::size_t /*size*/, void *result) {
+        const auto wanted = reinterpret_cast<std::uintptr_t>(&qVersion);
+        for (int i = 0; i < module->dlpi_phnum; ++i) {
+            const ElfW(Phdr) &segment = module->dlpi_phdr[i];
+            const std::uintptr_t begin = module->dlpi_addr + segment.p_vaddr;
+            if (segment.p_type == PT_LOAD && begin <= wanted && wanted < begin + segment.p_memsz) {
+                *static_cast<Range *>(result) = {begin, begin + segment.p_memsz};
+                return 1;
+            }
+        }
+        return 0;
+    };
+    dl_iterate_phdr(visit, &found);
+    return found;
+}
+
+/// The code of Qt Core. Empty until the objects of this file are built, while there is one thread.
+const Range qt = findQt();
+
+bool isQt(const void *code) {
+    const auto address = reinterpret_cast<std::uintptr_t>(code);
+    return qt.begin <= address && address < qt.end;
+}
+
+/// Qt copies a signal's values into the event after it has allocated both, on the sender's thread, and destroys the
+/// copies on the receiver's. It calls the two functions that were registered for the type and tells them nothing but
+/// the address: so each type gets a pair of its own.
+struct ValueFunctions {
+    QMetaType::Destructor destroy;
+    QMetaType::Constructor construct;
+};
+
+std::array<ValueFunctions, 128> types;
+std::size_t knownTypes = 0;
+std::mutex typesMutex;
+
+// Unseen, as a lock of Qt orders the registration of a type and its use.
+template <std::size_t Type>
+[[gnu::no_sanitize("thread")]] void destroyValue(void *value) {
+    __tsan_acquire(value);
+    types[Type].destroy(value);
+}
+
+template <std::size_t Type>
+[[gnu::no_sanitize("thread")]] void *constructValue(void *memory, const void *original) {
+    void *value = types[Type].construct(memory, original);
+    __tsan_release(value);
+    return value;
+}
+
+template <std::size_t... Types>
+constexpr std::array<ValueFunctions, sizeof...(Types)> makeValueFunctions(std::index_sequence<Types...> /*types*/) {
+    return {{{destroyValue<Types>, constructValue<Types>}...}};
+}
+
+constexpr auto valueFunctions = makeValueFunctions(std::make_index_sequence<types.size()>());
+
+/// The functions that stand before those of a type; a type may be registered again and again.
+const ValueFunctions &valueFunctionsBefore(const ValueFunctions &type) {
+    const support::Unseen unseen;
+    const std::lock_guard<std::mutex> lock(typesMutex);
+    auto *const end = types.begin() + knownTypes;
+    auto *const known = std::find_if(types.begin(), end, [&](const ValueFunctions &other) {
+        return other.construct == type.construct && other.destroy == type.destroy;
+    });
+    if (known == end) {
+        types.at(knownTypes++) = type;
+    }
+    return valueFunctions.at(static_cast<std::size_t>(known - types.begin()));
+}
+
+/// Called on the receiver's thread before each delivery.
+bool acquireEvent(void **parameters) {
+    auto *event = static_cast<QEvent *>(parameters[1]);
+    __tsan_acquire(event);
+    if (auto *call = dynamic_cast<QMetaCallEvent *>(event)) {
+        const void *const end = call->types(); // lies behind the last value
+        for (void **value = call->args(); value != end; ++value) {
+            if (*value != nullptr) {
+                __tsan_acquire(*value);
+            }
+        }
+    }
+    return false; // the event goes on to its receiver
+}
+
+/// Qt forgets its callbacks at exit, the last thing made first. The first type is registered by a static object of the
+/// library, which is then still to end.
+void watchEvents() {
+    [[maybe_unused]] static const bool watching =
+        QInternal::registerCallback(QInternal::EventNotifyCallback, acquireEvent);
+}
+
+[[maybe_unused]] const bool watchingEvents = (watchEvents(), true);
+
+bool isCurrentThread(QObject *object) {
+    const auto *thread = qobject_cast<QThread *>(object);
+    return thread != nullptr && thread == QThread::currentThread();
+}
+
+// A thread emits finished() after the loop that QThread::quit ends, and before the end for which QThread::wait waits.
+void beginSignal(QObject *sender, int /*signal*/, void ** /*values*/) {
+    if (isCurrentThread(sender)) {
+        __tsan_acquire(sender);
+    }
+}
+
+void endSignal(QObject *sender, int /*signal*/) {
+    if (isCurrentThread(sender)) {
+        __tsan_release(sender);
+    }
+}
+
+QSignalSpyCallbackSet signalWatch{beginSignal, nullptr, endSignal, nullptr};
+[[maybe_unused]] const bool watchingSignals = (qt_register_signal_spy_callbacks(&signalWatch), true);
+
+/// A call for whose end the caller waits.
+class AwaitedCall : public QtPrivate::QSlotObjectBase {
+public:
+    explicit AwaitedCall(QSlotObjectBase *function) : QSlotObjectBase(run), function(function) {}
+
+private:
+    static void run(int operation, QSlotObjectBase *base, QObject *receiver, void **values, bool * /*equal*/) {
+        auto *call = static_cast<AwaitedCall *>(base);
+        if (operation == Call) {
+            call->function->call(receiver, values);
+            __tsan_release(call);
+        } else if (operation == Destroy) {
+            call->function->destroyIfLastRef();
+            delete call;
+        }
+    }
+
+    QSlotObjectBase *function;
+};
+
+/// Qt's own function, where one of this file stands before it.
+template <class Function>
+Function *qtFunction(const char *symbol) {
+    void *address = dlsym(RTLD_NEXT, symbol);
+    if (address == nullptr) {
+        std::abort();
+    }
+    return reinterpret_cast<Function *>(address);
+}
+
+} // namespace
+
+namespace support {
+
+void releaseQtsBlock(void *block, const void *caller) {
+    if (isQt(caller)) {
+        __tsan_release(block);
+    }
+}
+
+void acquireQtsBlock(void *block, const void *caller) {
+    if (isQt(caller)) {
+        __tsan_acquire(block);
+    }
+}
+
+} // namespace support
+
+// Weak: a test program may have its own.
+
+[[gnu::weak, gnu::visibility("default")]] void *operator new(std::size_t size) {
+    if (void *memory = std::malloc(size == 0 ? 1 : size)) {
+        support::releaseQtsBlock(memory, __builtin_return_address(0));
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+[[gnu::weak, gnu::visibility("default")]] void operator delete(void *memory) noexcept {
+    support::acquireQtsBlock(memory, __builtin_return_address(0));
+    std::free(memory);
+}
+[[gnu::weak, gnu::visibility("default")]] void operator delete(void *memory, std::size_t /*size*/) noexcept {
+    support::acquireQtsBlock(memory, __builtin_return_address(0));
+    std::free(memory);
+}
+
+// What Qt itself passes to memcpy, malloc and the like is ordered by its own locks and not looked at. No report is held
+// back for a function of Qt in its stack: whatever Qt calls back is looked at in full.
+extern "C" Q_DECL_EXPORT const char *__tsan_default_suppressions() {
+    return "called_from_lib:libQt5Core.so\n";
+}
+
+// The functions of Qt that all modules of a program find here first.
+
+int QMetaType::registerNormalizedType(const ::QByteArray &name, Destructor destructor, Constructor constructor,
+                                      int size, TypeFlags flags, const QMetaObject *metaObject) {
+    static auto *const registerType = qtFunction<int(const ::QByteArray &, Destructor, Constructor, int, TypeFlags,
+                                                     const QMetaObject *)>(
+        "_ZN9QMetaType22registerNormalizedTypeERK10QByteArrayPFvPvEPFS3_S3_PKvEi6QFlagsINS_8TypeFlagEEPK11QMetaObject");
+    watchEvents();
+    const ValueFunctions &before = valueFunctionsBefore({destructor, constructor});
+    return registerType(name, before.destroy, before.construct, size, flags, metaObject);
+}
+
+bool QMetaObject::invokeMethodImpl(QObject *object, QtPrivate::QSlotObjectBase *slot, Qt::ConnectionType type,
+                                   void *result) {
+    static auto *const invoke = qtFunction<bool(QObject *, QtPrivate::QSlotObjectBase *, Qt::ConnectionType, void *)>(
+        "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
+    if (type != Qt::BlockingQueuedConnection) {
+        return invoke(object, slot, type, result);
+    }
+    auto *call = new AwaitedCall(slot);
+    call->ref();
+    const bool invoked = invoke(object, call, type, result);
+    __tsan_acquire(call);
+    call->destroyIfLastRef();
+    return invoked;
+}
+
+void QThread::quit() {
+    static auto *const quitThread = qtFunction<void(QThread *)>("_ZN7QThread4quitEv");
+    __tsan_release(this);
+    quitThread(this);
+}
+
+bool QThread::wait(QDeadlineTimer deadline) {
+    static auto *const waitForThread = qtFunction<bool(QThread *, QDeadlineTimer)>("_ZN7QThread4waitE14QDeadlineTimer");
+    const bool ended = waitForThread(this, deadline);
+    if (ended) {
+        __tsan_acquire(this);
+    }
+    return ended;
+}
