@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-
 #ifdef __SANITIZE_THREAD__
 #include <sanitizer/tsan_interface.h>
 
