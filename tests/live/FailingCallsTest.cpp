@@ -159,29 +159,32 @@ void dropLastRun() {
     EXPECT_THROW(ISonvex::createInstance().addProcessor(process), exceptions::ResourceNotAvailable);
 }
 
-/// Plays @p scenario with the first call of the kind refused, then with the second, and so on to the last.
-void refuseEach(Call call, const std::function<void(PatientHost &, const FailingCall &)> &scenario) {
-    int calls = 0;
-    for (bool failed = true; failed && !testing::Test::HasFailure(); ++calls) {
-        SCOPED_TRACE("refused call " + std::to_string(calls + 1));
+/// Plays @p scenario with one call of the kind refused: the first one, then the one @p stride calls later, and so on to
+/// the last.
+void refuseEach(Call call, int first, int stride,
+                const std::function<void(PatientHost &, const FailingCall &)> &scenario) {
+    int refused = 0;
+    for (bool failed = true; failed && !testing::Test::HasFailure(); refused += failed ? 1 : 0) {
+        const int number = first + refused * stride;
+        SCOPED_TRACE("refused call " + std::to_string(number));
         dropLastRun();
         PatientHost host;
         {
-            const FailingCall refusal(call, calls + 1);
+            const FailingCall refusal(call, number);
             scenario(host, refusal);
             failed = refusal.hasFailed();
         }
         ISonvex::destroy();
     }
-    std::cout << calls - 1 << " calls refused" << std::endl;
-    EXPECT_GT(calls, 1) << "there is no such call";
+    std::cout << refused << " calls refused" << std::endl;
+    EXPECT_GT(refused, 0) << "there is no such call";
     support::LogRecorder::takeFaults(); // Qt's own line about a thread that it is refused
 }
 
 class RefusedCall : public testing::TestWithParam<Call> {};
 
 TEST_P(RefusedCall, isHeardAndTheNextAttemptWorks) {
-    refuseEach(GetParam(), [](PatientHost &host, const FailingCall &refusal) {
+    refuseEach(GetParam(), 1, 1, [](PatientHost &host, const FailingCall &refusal) {
         host.begin();
         EXPECT_TRUE(host.awaitResults(4800, 1024));
         // The host may do without a filter, which it hears of at the level of debug lines.
@@ -195,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(OfTheSystem, RefusedCall,
                                          Call::setFilter, Call::loop, Call::createThread));
 
 TEST(RefusedMemory, thatTheHostsNumbersAskForLeavesTheProcessorsAlive) {
-    refuseEach(Call::allocateLarge, [](PatientHost &host, const FailingCall &refusal) {
+    refuseEach(Call::allocateLarge, 1, 1, [](PatientHost &host, const FailingCall &refusal) {
         host.begin();
         const auto changeAndAwait = [&](unsigned amount, unsigned order) {
             host.waveforms().setSampleAmount(amount);
@@ -209,12 +212,20 @@ TEST(RefusedMemory, thatTheHostsNumbersAskForLeavesTheProcessorsAlive) {
     });
 }
 
-TEST(RefusedMemory, onTheHostsThreadChangesNothing) {
-    refuseEach(Call::allocateOnThisThread, [](PatientHost &host, const FailingCall &) { host.begin(); });
+/// There are hundreds of these calls: each case takes a share of them.
+constexpr int shares = 4;
+
+class RefusedSmallMemory : public testing::TestWithParam<int> {};
+
+TEST_P(RefusedSmallMemory, onTheHostsThreadChangesNothing) {
+    refuseEach(Call::allocateOnThisThread, 1 + GetParam(), shares,
+               [](PatientHost &host, const FailingCall &) { host.begin(); });
     PatientHost host;
     host.begin();
     EXPECT_TRUE(host.awaitResults(4800, 1024));
     ISonvex::destroy();
 }
+
+INSTANTIATE_TEST_SUITE_P(Share, RefusedSmallMemory, testing::Range(0, shares));
 
 } // namespace
