@@ -28,14 +28,24 @@ constexpr unsigned clockAmount = 480;
 /// A host that takes a refusal for what it is and tries once more.
 class PatientHost {
 public:
-    /// Sets a run up. Each step may be refused once.
+    /// Sets a run up and starts it. Each step may be refused once.
     void begin() {
+        addStream();
+        addAnalyses();
+        start();
+    }
+
+    void addStream() {
         attempt([&] { buffer = &sonvex::IBufferConfiguration::createInstance("buffer", 48000, clockAmount); });
         attempt([&] { device = &sonvex::IDeviceConfiguration::createInstance("device", *buffer, 2, 2, 6); });
         attempt([&] {
             stream = &sonvex::IStreamConfiguration::createInstance("stream", mac, support::loopback(), *device);
         });
         attempt([&] { capture = &ISonvex::createInstance().addRemoteStreamReceiver(*stream); });
+    }
+
+    void addAnalyses() {
+        silences = silencingLines();
         attempt([&] { waveform = &IWaveformConfig::createInstance("waveform", 4800); });
         attempt([&] { spectrum = &ISpectrumConfig::createInstance("spectrum", 0); });
         attempt([&] { levels = &ISoundLevelValueConfig::createInstance("levels", 6 * clockAmount); });
@@ -44,6 +54,16 @@ public:
         add(*spectrum);
         add(*levels);
         set([this] { spectrum->setMovingAverageActive(true); });
+    }
+
+    void removeAnalyses() {
+        for (auto *processor : processors) {
+            ISonvex::createInstance().removeProcessor(*processor);
+        }
+        processors.clear();
+    }
+
+    void start() {
         for (auto *processor : processors) {
             attempt([&] { processor->start(); });
         }
@@ -60,10 +80,7 @@ public:
     bool awaitResults(std::size_t waveformLength, std::size_t spectrumLength) {
         const std::vector<std::size_t> wanted{waveformLength, spectrumLength, 7};
         lengths.assign(wanted.size(), 0);
-        const auto isSilenced = [this] {
-            return log.count("FFT order set to value '") + log.count("::fftOrderChanged \"process\" Not enough") >
-                   silences;
-        };
+        const auto isSilenced = [this] { return silencingLines() > silences; };
         EXPECT_TRUE(support::waitFor([&] {
             if (log.count("The capture ended by itself!") > restarts) {
                 ++restarts;
@@ -74,8 +91,15 @@ public:
             talker.send(80);
             return lengths == wanted || isSilenced();
         }));
-        silences += isSilenced() ? 1 : 0;
+        silences = silencingLines();
         return lengths == wanted;
+    }
+
+    void stop() {
+        for (auto *processor : processors) {
+            processor->stop();
+        }
+        capture->stop();
     }
 
     ISpectrumConfig &spectra() { return *spectrum; }
@@ -99,6 +123,11 @@ private:
         talker::RawSocket socket{"lo"};
         std::uint8_t sequence = 0;
     };
+
+    int silencingLines() const {
+        const support::SparedMemory spared;
+        return log.count("FFT order set to value '") + log.count("::fftOrderChanged \"process\" Not enough");
+    }
 
     /// What has no way to refuse: a setter, whose small memory is not what the tests are about.
     template <class Setter>
@@ -154,37 +183,48 @@ private:
 
 /// Begins a run and adds nothing: what goes then has no way to refuse.
 void dropLastRun() {
+    ISonvex::destroy();
     auto &config = IWaveformConfig::createInstance("none", 1);
     auto &process = sonvex::IProcessConfiguration::createInstance("none", config, "no stream", 0);
     EXPECT_THROW(ISonvex::createInstance().addProcessor(process), exceptions::ResourceNotAvailable);
 }
 
-/// Plays @p scenario with one call of the kind refused: the first one, then the one @p stride calls later, and so on to
-/// the last.
-void refuseEach(Call call, int first, int stride,
-                const std::function<void(PatientHost &, const FailingCall &)> &scenario) {
+/// Plays @p scenario with the first call of the kind refused, then with the second, and so on to the last.
+/// @param putBack brings the state back that it begins with
+template <class Scenario, class PutBack>
+void refuseEach(Call call, Scenario &&scenario, PutBack &&putBack) {
     int refused = 0;
     for (bool failed = true; failed && !testing::Test::HasFailure(); refused += failed ? 1 : 0) {
-        const int number = first + refused * stride;
-        SCOPED_TRACE("refused call " + std::to_string(number));
-        dropLastRun();
-        PatientHost host;
+        SCOPED_TRACE("refused call " + std::to_string(refused + 1));
         {
-            const FailingCall refusal(call, number);
-            scenario(host, refusal);
+            const FailingCall refusal(call, refused + 1);
+            scenario(refusal);
             failed = refusal.hasFailed();
         }
-        ISonvex::destroy();
+        putBack();
     }
     std::cout << refused << " calls refused" << std::endl;
     EXPECT_GT(refused, 0) << "there is no such call";
     support::LogRecorder::takeFaults(); // Qt's own line about a thread that it is refused
 }
 
+/// As above for whole runs.
+void refuseEachOfARun(Call call, const std::function<void(PatientHost &, const FailingCall &)> &scenario) {
+    auto host = std::make_unique<PatientHost>();
+    refuseEach(
+        call, [&](const FailingCall &refusal) { scenario(*host, refusal); },
+        [&] {
+            dropLastRun();
+            host.reset();
+            host = std::make_unique<PatientHost>();
+        });
+    ISonvex::destroy();
+}
+
 class RefusedCall : public testing::TestWithParam<Call> {};
 
 TEST_P(RefusedCall, isHeardAndTheNextAttemptWorks) {
-    refuseEach(GetParam(), 1, 1, [](PatientHost &host, const FailingCall &refusal) {
+    refuseEachOfARun(GetParam(), [](PatientHost &host, const FailingCall &refusal) {
         host.begin();
         EXPECT_TRUE(host.awaitResults(4800, 1024));
         // The host may do without a filter, which it hears of at the level of debug lines.
@@ -198,7 +238,7 @@ INSTANTIATE_TEST_SUITE_P(OfTheSystem, RefusedCall,
                                          Call::setFilter, Call::loop, Call::createThread));
 
 TEST(RefusedMemory, thatTheHostsNumbersAskForLeavesTheProcessorsAlive) {
-    refuseEach(Call::allocateLarge, 1, 1, [](PatientHost &host, const FailingCall &refusal) {
+    refuseEachOfARun(Call::allocateLarge, [](PatientHost &host, const FailingCall &refusal) {
         host.begin();
         const auto changeAndAwait = [&](unsigned amount, unsigned order) {
             host.waveforms().setSampleAmount(amount);
@@ -212,20 +252,21 @@ TEST(RefusedMemory, thatTheHostsNumbersAskForLeavesTheProcessorsAlive) {
     });
 }
 
-/// There are hundreds of these calls: each case takes a share of them.
-constexpr int shares = 4;
+TEST(RefusedMemory, forAStreamOnTheHostsThreadChangesNothing) {
+    refuseEachOfARun(Call::allocateOnThisThread, [](PatientHost &host, const FailingCall &) { host.addStream(); });
+}
 
-class RefusedSmallMemory : public testing::TestWithParam<int> {};
-
-TEST_P(RefusedSmallMemory, onTheHostsThreadChangesNothing) {
-    refuseEach(Call::allocateOnThisThread, 1 + GetParam(), shares,
-               [](PatientHost &host, const FailingCall &) { host.begin(); });
+TEST(RefusedMemory, forProcessorsOnTheHostsThreadChangesNothing) {
     PatientHost host;
-    host.begin();
+    host.addStream();
+    refuseEach(
+        Call::allocateOnThisThread, [&](const FailingCall &) { host.addAnalyses(); }, [&] { host.removeAnalyses(); });
+    host.addAnalyses();
+    refuseEach(
+        Call::allocateOnThisThread, [&](const FailingCall &) { host.start(); }, [&] { host.stop(); });
+    host.start();
     EXPECT_TRUE(host.awaitResults(4800, 1024));
     ISonvex::destroy();
 }
-
-INSTANTIATE_TEST_SUITE_P(Share, RefusedSmallMemory, testing::Range(0, shares));
 
 } // namespace
