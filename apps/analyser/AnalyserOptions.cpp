@@ -140,7 +140,7 @@ Command parseDevices(const QStringList &arguments) {
 }
 
 void addMonitorOptions(common::CommandLine &line) {
-    line.addOption("device", "The network adapter, as the command devices names it.", "name");
+    line.addOption("device", "The network adapter, as the command devices names it; one at a time.", "name");
     line.addOption(
         "stream",
         "MAC[,channels=N][,samples=N]: a stream by its source address, with the most channels that its packets "

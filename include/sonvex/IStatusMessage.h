@@ -7,7 +7,7 @@
 
 namespace sonvex::imessages {
 
-/// A status text of a capture.
+/// A status text of a capture. It stays within the library: no receiver of a host gets one.
 class SONVEX_EXPORT IStatusMessage : public IBaseMessage {
 public:
     IStatusMessage();

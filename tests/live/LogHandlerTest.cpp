@@ -140,14 +140,8 @@ TEST(LogHandler, thatStallsACaptureKeepsNobodyFromAddingStreams) {
             gate.release();
         });
         const support::LiveStream onTheSameAdapter(2, 48, anySample);
-        auto &manager = sonvex::INetworkDeviceManager::createInstance();
-        unsigned index = 1;
-        while (manager.getDeviceInfo(index).getSystemDeviceName() != "stall0") {
-            ++index;
-        }
         // The frames of all adapters go to the new one's streams from now on.
-        ISonvex::createInstance().addRemoteStreamReceiver(sonvex::IStreamConfiguration::createInstance(
-            "stream", "0200000000ee", manager.getDeviceInfo(index), stream.device));
+        const support::LiveStream onAnotherOne(2, 48, anySample, "stall0", "stall1");
         added.release();
         watchdog.join();
     }

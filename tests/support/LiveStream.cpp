@@ -18,13 +18,14 @@ std::string nextMac() {
 
 } // namespace
 
-LiveStream::LiveStream(unsigned channels, unsigned signaledAmount, Signal signal)
+LiveStream::LiveStream(unsigned channels, unsigned signaledAmount, Signal signal, const std::string &adapter,
+                       const std::string &farEnd)
     : mac(nextMac()), channels(channels),
       buffer(sonvex::IBufferConfiguration::createInstance("buffer", bufferSize, signaledAmount)),
       device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, channels, samplesPerPacket)),
       capture(ISonvex::createInstance().addRemoteStreamReceiver(
-          sonvex::IStreamConfiguration::createInstance("stream", mac, loopback(), device))),
-      signal(std::move(signal)) {}
+          sonvex::IStreamConfiguration::createInstance("stream", mac, networkDevice(adapter), device))),
+      signal(std::move(signal)), socket(farEnd) {}
 
 void LiveStream::send(unsigned packets, unsigned dropped) {
     packet += dropped;

@@ -11,7 +11,8 @@
 
 namespace support {
 
-/// A stream of its own on the loopback adapter and on the process's one facade, with a talker for it.
+/// A stream of its own on the process's one facade, with a talker for it: on the loopback adapter, or from one end of a
+/// pair to the other.
 class LiveStream {
 public:
     static constexpr unsigned samplesPerPacket = 6;
@@ -19,7 +20,8 @@ public:
     /// The 16-bit code of a sample of a channel, counted from the start of the stream.
     using Signal = std::function<std::int16_t(std::size_t sample, unsigned channel)>;
 
-    LiveStream(unsigned channels, unsigned signaledAmount, Signal signal);
+    LiveStream(unsigned channels, unsigned signaledAmount, Signal signal, const std::string &adapter = "lo",
+               const std::string &farEnd = "lo");
 
     /// Sends the next packets; the sequence and the samples of dropped ones are used up.
     void send(unsigned packets, unsigned dropped = 0);
@@ -35,7 +37,7 @@ public:
 
 private:
     Signal signal;
-    talker::RawSocket socket{"lo"};
+    talker::RawSocket socket;
     std::size_t packet = 0;
 };
 
