@@ -175,6 +175,17 @@ std::uint64_t EnduranceHost::results() const {
     return std::accumulate(counts().begin(), counts().end(), std::uint64_t{0});
 }
 
+void EnduranceHost::dropLastRun() {
+    auto &config = IWaveformConfig::createInstance("none", 1);
+    try {
+        ISonvex::createInstance().addProcessor(
+            sonvex::IProcessConfiguration::createInstance("none", config, "no stream", 0));
+        throw std::logic_error("a processor was added to no stream");
+    } catch (const exceptions::ResourceNotAvailable &) { // but a run has begun
+    }
+    ISonvex::destroy();
+}
+
 void EnduranceHost::runFor(int milliseconds) {
     const QDeadlineTimer deadline(milliseconds, Qt::PreciseTimer);
     while (!deadline.hasExpired()) {

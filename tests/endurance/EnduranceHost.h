@@ -43,6 +43,9 @@ public:
     bool restartCapture();
     std::uint64_t results() const;
 
+    /// Drops what the run before has left idle, as the next addition does.
+    static void dropLastRun();
+
     /// Runs the event loop for so long.
     static void runFor(int milliseconds);
 

@@ -116,6 +116,7 @@ int main(int argc, char **argv) {
         frames += talker->sent();
         talker.reset();
         EnduranceHost::runFor(drainTime); // results on their way
+        EnduranceHost::dropLastRun();
         latest = Resources::now();
         const std::uint64_t drops = kernelDrops() - dropsBefore;
         unexplained += drops == 0 && losses.gaps > losses.omitted ? losses.gaps - losses.omitted : 0;
