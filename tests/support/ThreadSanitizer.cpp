@@ -3,7 +3,6 @@
 // signal stays unordered with the slot, and a race there is reported.
 #include "support/ThreadSanitizer.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -15,7 +14,9 @@
 #include <link.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QMetaType>
+#include <QSemaphore>
 #include <QThread>
 #include <private/qobject_p.h>
 
@@ -60,68 +61,51 @@ struct ValueFunctions {
     QMetaType::Constructor construct;
 };
 
-std::array<ValueFunctions, 128> types;
+struct Type {
+    const char *name; ///< never freed, as values go until the end of the process
+    ValueFunctions functions;
+};
+
+std::array<Type, 64> types;
 std::size_t knownTypes = 0;
 std::mutex typesMutex;
 
 // Unseen, as a lock of Qt orders the registration of a type and its use.
-template <std::size_t Type>
+template <std::size_t Index>
 [[gnu::no_sanitize("thread")]] void destroyValue(void *value) {
     __tsan_acquire(value);
-    types[Type].destroy(value);
+    types[Index].functions.destroy(value);
 }
 
-template <std::size_t Type>
+template <std::size_t Index>
 [[gnu::no_sanitize("thread")]] void *constructValue(void *memory, const void *original) {
-    void *value = types[Type].construct(memory, original);
+    void *value = types[Index].functions.construct(memory, original);
     __tsan_release(value);
     return value;
 }
 
-template <std::size_t... Types>
-constexpr std::array<ValueFunctions, sizeof...(Types)> makeValueFunctions(std::index_sequence<Types...> /*types*/) {
-    return {{{destroyValue<Types>, constructValue<Types>}...}};
+template <std::size_t... Indices>
+constexpr std::array<ValueFunctions, sizeof...(Indices)>
+makeValueFunctions(std::index_sequence<Indices...> /*indices*/) {
+    return {{{destroyValue<Indices>, constructValue<Indices>}...}};
 }
 
 constexpr auto valueFunctions = makeValueFunctions(std::make_index_sequence<types.size()>());
 
-/// The functions that stand before those of a type; a type may be registered again and again.
-const ValueFunctions &valueFunctionsBefore(const ValueFunctions &type) {
+/// The functions that stand before those of a type. A type may be registered again, by a library that is loaded again.
+const ValueFunctions &valueFunctionsBefore(const QByteArray &name, const ValueFunctions &functions) {
     const support::Unseen unseen;
     const std::lock_guard<std::mutex> lock(typesMutex);
-    auto *const end = types.begin() + knownTypes;
-    auto *const known = std::find_if(types.begin(), end, [&](const ValueFunctions &other) {
-        return other.construct == type.construct && other.destroy == type.destroy;
-    });
-    if (known == end) {
-        types.at(knownTypes++) = type;
+    std::size_t index = 0;
+    while (index < knownTypes && name != types[index].name) {
+        ++index;
     }
-    return valueFunctions.at(static_cast<std::size_t>(known - types.begin()));
-}
-
-/// Called on the receiver's thread before each delivery.
-bool acquireEvent(void **parameters) {
-    auto *event = static_cast<QEvent *>(parameters[1]);
-    __tsan_acquire(event);
-    if (auto *call = dynamic_cast<QMetaCallEvent *>(event)) {
-        const void *const end = call->types(); // lies behind the last value
-        for (void **value = call->args(); value != end; ++value) {
-            if (*value != nullptr) {
-                __tsan_acquire(*value);
-            }
-        }
+    if (index == knownTypes) {
+        types.at(knownTypes++).name = qstrdup(name.constData());
     }
-    return false; // the event goes on to its receiver
+    types[index].functions = functions;
+    return valueFunctions[index];
 }
-
-/// Qt forgets its callbacks at exit, the last thing made first. The first type is registered by a static object of the
-/// library, which is then still to end.
-void watchEvents() {
-    [[maybe_unused]] static const bool watching =
-        QInternal::registerCallback(QInternal::EventNotifyCallback, acquireEvent);
-}
-
-[[maybe_unused]] const bool watchingEvents = (watchEvents(), true);
 
 bool isCurrentThread(QObject *object) {
     const auto *thread = qobject_cast<QThread *>(object);
@@ -144,24 +128,19 @@ void endSignal(QObject *sender, int /*signal*/) {
 QSignalSpyCallbackSet signalWatch{beginSignal, nullptr, endSignal, nullptr};
 [[maybe_unused]] const bool watchingSignals = (qt_register_signal_spy_callbacks(&signalWatch), true);
 
-/// A call for whose end the caller waits.
-class AwaitedCall : public QtPrivate::QSlotObjectBase {
+/// A call for whose end the caller waits. The end is the deletion, on the receiver's thread: without an application
+/// object Qt calls nothing.
+class AwaitedCall : public QMetaCallEvent {
 public:
-    explicit AwaitedCall(QSlotObjectBase *function) : QSlotObjectBase(run), function(function) {}
-
-private:
-    static void run(int operation, QSlotObjectBase *base, QObject *receiver, void **values, bool * /*equal*/) {
-        auto *call = static_cast<AwaitedCall *>(base);
-        if (operation == Call) {
-            call->function->call(receiver, values);
-            __tsan_release(call);
-        } else if (operation == Destroy) {
-            call->function->destroyIfLastRef();
-            delete call;
-        }
+    AwaitedCall(QtPrivate::QSlotObjectBase *function, void **values, QSemaphore &end)
+        : QMetaCallEvent(function, nullptr, -1, values, &end), end(end) {}
+    [[gnu::no_sanitize("thread")]] ~AwaitedCall() override { // writes before it can acquire
+        __tsan_acquire(this);
+        __tsan_release(&end);
     }
 
-    QSlotObjectBase *function;
+private:
+    QSemaphore &end;
 };
 
 /// Qt's own function, where one of this file stands before it.
@@ -211,10 +190,12 @@ void acquireQtsBlock(void *block, const void *caller) {
     std::free(memory);
 }
 
-// What Qt itself passes to memcpy, malloc and the like is ordered by its own locks and not looked at. No report is held
-// back for a function of Qt in its stack: whatever Qt calls back is looked at in full.
+// What Qt itself passes to memcpy, malloc and the like is ordered by its own locks and not looked at; nor is what the
+// dynamic loader allocates, a thread's variables for instance. No report is held back for a function of theirs in its
+// stack: whatever they call back is looked at in full.
 extern "C" Q_DECL_EXPORT const char *__tsan_default_suppressions() {
-    return "called_from_lib:libQt5Core.so\n";
+    return "called_from_lib:libQt5Core.so\n"
+           "called_from_lib:/ld-linux\n";
 }
 
 // The functions of Qt that all modules of a program find here first.
@@ -224,8 +205,7 @@ int QMetaType::registerNormalizedType(const ::QByteArray &name, Destructor destr
     static auto *const registerType = qtFunction<int(const ::QByteArray &, Destructor, Constructor, int, TypeFlags,
                                                      const QMetaObject *)>(
         "_ZN9QMetaType22registerNormalizedTypeERK10QByteArrayPFvPvEPFS3_S3_PKvEi6QFlagsINS_8TypeFlagEEPK11QMetaObject");
-    watchEvents();
-    const ValueFunctions &before = valueFunctionsBefore({destructor, constructor});
+    const ValueFunctions &before = valueFunctionsBefore(name, {destructor, constructor});
     return registerType(name, before.destroy, before.construct, size, flags, metaObject);
 }
 
@@ -233,15 +213,35 @@ bool QMetaObject::invokeMethodImpl(QObject *object, QtPrivate::QSlotObjectBase *
                                    void *result) {
     static auto *const invoke = qtFunction<bool(QObject *, QtPrivate::QSlotObjectBase *, Qt::ConnectionType, void *)>(
         "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
-    if (type != Qt::BlockingQueuedConnection) {
+    if (type != Qt::BlockingQueuedConnection || object == nullptr || object->thread() == QThread::currentThread()) {
         return invoke(object, slot, type, result);
     }
-    auto *call = new AwaitedCall(slot);
-    call->ref();
-    const bool invoked = invoke(object, call, type, result);
-    __tsan_acquire(call);
-    call->destroyIfLastRef();
-    return invoked;
+    void *values[] = {result};
+    QSemaphore end;
+    auto *const call = new AwaitedCall(slot, values, end);
+    __tsan_release(call);
+    QCoreApplication::postEvent(object, call);
+    end.acquire();
+    __tsan_acquire(&end);
+    slot->destroyIfLastRef();
+    return true;
+}
+
+/// Every delivery to a class of ours comes here, on the receiver's thread, as the table of its virtual functions does
+/// not lie in Qt. (QCoreApplication::notify is none of ours, and a callback before it would give the application object
+/// time to go meanwhile.)
+bool QObject::event(QEvent *event) {
+    static auto *const handle = qtFunction<bool(QObject *, QEvent *)>("_ZN7QObject5eventEP6QEvent");
+    __tsan_acquire(event);
+    if (auto *call = dynamic_cast<QMetaCallEvent *>(event)) {
+        const void *const end = call->types(); // lies behind the last value
+        for (void **value = call->args(); value != end; ++value) {
+            if (*value != nullptr) {
+                __tsan_acquire(*value);
+            }
+        }
+    }
+    return handle(this, event);
 }
 
 void QThread::quit() {
