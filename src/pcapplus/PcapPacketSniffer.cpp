@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <mutex>
+#include <utility>
 
 #include <net/if.h>
 
@@ -115,6 +116,7 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
         filterEnabled = false;
         text += ": Unable to compile! Check the syntax";
     } else {
+        auto newFilter = std::make_unique<Filter>(Filter{expression, optimise, netmask}); // before anything pauses
         // A capture reads the filter program that pcap_setfilter replaces, so it pauses; the kernel keeps its frames.
         const bool pauses = running && !captureRun->hasFailed();
         if (pauses) {
@@ -124,7 +126,7 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
         filterEnabled = pcap_setfilter(adapter.get(), program.get()) >= 0;
         if (filterEnabled) {
             filterExpression = expression;
-            filter = std::make_unique<Filter>(Filter{expression, optimise, netmask});
+            filter = std::move(newFilter);
             text += " enabled";
         } else {
             text += std::string(": cannot be set! Error message: ") + pcap_geterr(adapter.get());
