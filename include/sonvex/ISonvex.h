@@ -36,7 +36,8 @@ class IBaseMessage;
  *
  * Unloading ends a run that goes on, and takes the code away: no reference, message or exception of the library's may
  * be used afterwards, and none of its functions may be on the stack. The code of a bound function has to stay until
- * then. A host may load and unload the library as often as it likes.
+ * then. A host may load and unload the library as often as it likes. If it sends `std::string` through queued signals
+ * of its own, it registers that type with Qt before it loads the library, whose own registration goes with it.
  */
 class SONVEX_EXPORT ISonvex {
 public:
@@ -49,7 +50,7 @@ public:
      * stay valid, but only warn, in later runs too. Results that are on their way still arrive; metering data sources
      * and what is bound to them stay.
      *
-     * The next stream or processor that is added begins a new run, with the same addresses, adapters and IDs if the
+     * The next addition, also one that is refused, begins a new run, with the same addresses, adapters and IDs if the
      * host likes, and with new handles; it also ends the threads that the last run has left idle.
      *
      * On another thread than the one that added the processors it warns and does nothing.
@@ -67,13 +68,14 @@ public:
     /**
      * Adds a stream, and opens its adapter if it is the first stream there.
      *
-     * The adapter that was opened last gets the frames of all adapters, for its own streams alone: those of another one
-     * receive nothing from then on. An adapter that cannot be opened takes them as well, and leaves nobody to receive.
+     * The adapter that was used last for the first time gets the frames of all adapters, for its own streams alone:
+     * those of another one receive nothing from then on, also if the stream was refused, or if that adapter could not
+     * be opened.
      * @return the handle that starts and stops the capture of the adapter, shared by all its streams.
      * @throws std::bad_cast for a configuration that is not the library's own
      * @throws exceptions::StreamingDeviceAlreadyExists if the MAC address was added before, on whatever adapter
-     * @throws exceptions::InstanceNotCreateable if the adapter cannot be opened, if the device has no channels or more
-     * than there is memory for, or if the system gives no thread
+     * @throws exceptions::InstanceNotCreateable if the adapter cannot be opened, if the device has no channels, or if
+     * the system refuses the memory for its buffers or a thread
      */
     virtual sonvex::ihandles::INetworkReceiverHandle &
     addRemoteStreamReceiver(sonvex::IStreamConfiguration &configuration) = 0;

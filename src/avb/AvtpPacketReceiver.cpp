@@ -1,8 +1,9 @@
 #include "avb/AvtpPacketReceiver.h"
 
 #include <algorithm>
-#include <exception>
 #include <limits>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include <sonvex/exceptions.h>
@@ -50,12 +51,17 @@ void AvtpPacketReceiver::addStreamingDevice(const std::string &mac, sonvex::Devi
                                  configuration.getName() + "' for: " + mac + " Device not initialized!";
         logging::refuse<exceptions::InstanceNotCreateable>(context, text, getName());
     }
-    try {
-        publish(mac, configuration);
-    } catch (const std::exception &) { // no memory, or an amount beyond all memory
+    const auto refuse = [&] {
         const std::string text = "No memory for the buffers of the device by '" + configuration.getName() +
                                  "' for: " + mac + " Device not initialized!";
         logging::refuse<exceptions::InstanceNotCreateable>(context, text, getName());
+    };
+    try {
+        publish(mac, configuration);
+    } catch (const std::bad_alloc &) {
+        refuse();
+    } catch (const std::length_error &) { // an amount beyond all memory
+        refuse();
     }
 }
 

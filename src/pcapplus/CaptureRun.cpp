@@ -1,5 +1,7 @@
 #include "pcapplus/CaptureRun.h"
 
+#include <utility>
+
 #include <sys/time.h>
 
 namespace pcapplus {
@@ -9,8 +11,8 @@ CaptureRun::CaptureRun(const std::string &name, pcap_t *handle, GatheredFrames g
     if (gathered == GatheredFrames::Skip) {
         gettimeofday(&launch, nullptr);
     }
-    thread = std::thread([this, name, launch] {
-        RunPcapEventLoop loop(name, this->handle, launch);
+    thread = std::thread([this, name = name, launch]() mutable { // with all memory that it needs to begin
+        RunPcapEventLoop loop(std::move(name), this->handle, launch);
         failed = !loop.run();
     });
 }

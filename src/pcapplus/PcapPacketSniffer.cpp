@@ -1,5 +1,6 @@
 #include "pcapplus/PcapPacketSniffer.h"
 
+#include <cerrno>
 #include <exception>
 #include <mutex>
 #include <utility>
@@ -118,11 +119,11 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
     } else {
         auto newFilter = std::make_unique<Filter>(Filter{expression, optimise, netmask}); // before anything pauses
         // A capture reads the filter program that pcap_setfilter replaces, so it pauses; the kernel keeps its frames.
-        const bool pauses = running && !captureRun->hasFailed();
-        if (pauses) {
+        if (running) {
             captureRun->breakLoop();
         }
         waitForCaptureEnd();
+        const bool pauses = running && !captureRun->hasFailed();
         filterEnabled = pcap_setfilter(adapter.get(), program.get()) >= 0;
         if (filterEnabled) {
             filterExpression = expression;
@@ -155,6 +156,7 @@ void PcapPacketSniffer::start() {
         warn(context, "Sniffer already listening, cannot be started!");
         return;
     }
+    waitForCaptureEnd(); // after which it is certain whether the last one has failed
     if (isAdapterLost()) {
         reopenAdapter();
     }
@@ -220,8 +222,11 @@ void PcapPacketSniffer::closeAdapter() {
 }
 
 bool PcapPacketSniffer::isAdapterLost() const {
-    return opened && (adapter == nullptr || (captureRun && captureRun->hasFailed()) ||
-                      if_nametoindex(deviceInfo.getSystemDeviceName().c_str()) != adapterIndex);
+    if (!opened || adapter == nullptr || (captureRun && captureRun->hasFailed())) {
+        return opened;
+    }
+    const unsigned int index = if_nametoindex(deviceInfo.getSystemDeviceName().c_str());
+    return index != adapterIndex && (index != 0 || errno == ENODEV); // the question itself may fail
 }
 
 void PcapPacketSniffer::reopenAdapter() {

@@ -12,6 +12,7 @@
 
 #include <sonvex/sonvex.h>
 
+#include "support/FailingCall.h"
 #include "support/LiveStream.h"
 #include "support/NetworkNamespace.h"
 #include "support/waitFor.h"
@@ -131,10 +132,10 @@ TEST(LogHandler, thatStallsACaptureKeepsNobodyFromAddingStreams) {
             }
         });
         stream.capture.start();
-        while (stalled.available() == 0) {
+        ASSERT_TRUE(support::waitFor([&] {
             stream.send(2, 1);
-            QThread::usleep(100);
-        }
+            return stalled.available() > 0;
+        }));
         watchdog = std::thread([&] {
             EXPECT_TRUE(added.tryAcquire(1, patience)) << "adding a stream waits for the log";
             gate.release();
@@ -147,6 +148,36 @@ TEST(LogHandler, thatStallsACaptureKeepsNobodyFromAddingStreams) {
     }
     ISonvex::destroy();
     support::removeInterface("stall0");
+}
+
+TEST(LogHandler, thatHearsOfAFailedCaptureMayHaveItRestartedAtOnce) {
+    support::LiveStream stream(2, 48, anySample);
+    auto &handle = stream.add("restarted", IWaveformConfig::createInstance("waveform", 48), 0);
+    int results = 0;
+    ISonvex::createInstance().getMeteringDataSource(handle).bindChannelCallback(
+        [&](sonvex::IChannelData &) { ++results; });
+    handle.start();
+    {
+        QSemaphore ended;
+        QSemaphore gate;
+        const Handler handler([&](const QString &text) { // the loop is over, its thread is not
+            if (text.contains(QLatin1String("PCAP listener INACTIVE")) && ended.available() == 0) {
+                ended.release();
+                gate.tryAcquire(1, patience);
+            }
+        });
+        const support::FailingCall failure(support::Call::loop, 1);
+        stream.capture.start();
+        ASSERT_TRUE(support::waitFor([&] { return ended.available() > 0; }));
+        stream.capture.stop();
+        gate.release();
+        stream.capture.start();
+    }
+    EXPECT_TRUE(support::waitFor([&] {
+        stream.send(8);
+        return results > 3;
+    }));
+    ISonvex::destroy();
 }
 
 } // namespace

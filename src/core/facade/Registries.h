@@ -24,7 +24,8 @@ struct Registries {
         return *registry.back();
     }
 
-    /// Deletes them all, users before what they use, and logs each step of ISonvex::destroy.
+    /// Deletes them all, users before what they use, and logs each step of ISonvex::destroy. At an unload without it
+    /// the order does not count: no destructor looks at another configuration.
     void clear();
 
     Registry<sonvex::StreamConfiguration> streams;

@@ -33,7 +33,9 @@ sonvex::ihandles::INetworkReceiverHandle &Sonvex::addRemoteStreamReceiver(sonvex
 }
 
 sonvex::ihandles::IProcessorHandle &Sonvex::addProcessor(sonvex::IProcessConfiguration &configuration) {
-    beginRun();
+    if (dynamic_cast<sonvex::ProcessConfiguration *>(&configuration) != nullptr) { // or it is refused below
+        beginRun();
+    }
     avb::AvbAudioBuffer &audioBuffer =
         *streamingEngine.getAudioBuffer(configuration.getDeviceMacAddress(), configuration.getChannelNumber());
     auto &process = dynamic_cast<sonvex::ProcessConfiguration &>(configuration);

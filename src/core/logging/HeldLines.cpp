@@ -1,5 +1,7 @@
 #include "core/logging/HeldLines.h"
 
+#include <new>
+
 #include "core/logging/Log.h"
 
 namespace logging {
@@ -23,7 +25,10 @@ HeldLines::~HeldLines() {
     }
     holder = nullptr;
     for (auto &[level, line] : lines) {
-        detail::write(level, std::move(line));
+        try {
+            detail::write(level, std::move(line));
+        } catch (const std::bad_alloc &) { // a line that finds no memory is lost, here as everywhere
+        }
     }
 }
 
