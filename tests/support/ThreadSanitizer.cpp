@@ -143,6 +143,27 @@ private:
     QSemaphore &end;
 };
 
+/// A queued call's function, which the last of sender and receiver destroys that has no more use for it.
+class QueuedCall : public QtPrivate::QSlotObjectBase {
+public:
+    explicit QueuedCall(QSlotObjectBase *function) : QSlotObjectBase(run), function(function) {}
+
+private:
+    static void run(int operation, QSlotObjectBase *base, QObject *receiver, void **values, bool * /*equal*/) {
+        auto *const call = static_cast<QueuedCall *>(base);
+        if (operation == Call) {
+            call->function->call(receiver, values);
+            __tsan_release(call);
+        } else if (operation == Destroy) {
+            __tsan_acquire(call);
+            call->function->destroyIfLastRef();
+            delete call;
+        }
+    }
+
+    QSlotObjectBase *function;
+};
+
 /// Qt's own function, where one of this file stands before it.
 template <class Function>
 Function *qtFunction(const char *symbol) {
@@ -214,7 +235,7 @@ bool QMetaObject::invokeMethodImpl(QObject *object, QtPrivate::QSlotObjectBase *
     static auto *const invoke = qtFunction<bool(QObject *, QtPrivate::QSlotObjectBase *, Qt::ConnectionType, void *)>(
         "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
     if (type != Qt::BlockingQueuedConnection || object == nullptr || object->thread() == QThread::currentThread()) {
-        return invoke(object, slot, type, result);
+        return invoke(object, new QueuedCall(slot), type, result);
     }
     void *values[] = {result};
     QSemaphore end;
