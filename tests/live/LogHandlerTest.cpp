@@ -28,10 +28,10 @@ constexpr int patience = 20000; // ms
 class Handler {
 public:
     explicit Handler(std::function<void(const QString &)> newFunction) {
-        function = std::move(newFunction);
+        std::atomic_store(&function, std::make_shared<const Function>(std::move(newFunction)));
         earlier = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &text) {
             EXPECT_STREQ(context.category, "default") << text.toStdString();
-            function(text);
+            (*std::atomic_load(&function))(text);
         });
     }
     ~Handler() { qInstallMessageHandler(earlier); }
@@ -39,7 +39,9 @@ public:
     Handler &operator=(const Handler &) = delete;
 
 private:
-    static inline std::function<void(const QString &)> function;
+    using Function = std::function<void(const QString &)>;
+
+    static inline std::shared_ptr<const Function> function; ///< the latest; a thread may be in it when its object goes
     QtMessageHandler earlier;
 };
 
