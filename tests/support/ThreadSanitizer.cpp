@@ -4,6 +4,7 @@
 #include "support/ThreadSanitizer.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
@@ -164,6 +165,13 @@ private:
     QSlotObjectBase *function;
 };
 
+/// What Qt would call itself, with the order of its own atomic pointer.
+std::atomic<QtMessageHandler> messageHandler{nullptr};
+
+void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    messageHandler.load(std::memory_order_acquire)(type, context, text);
+}
+
 /// Qt's own function, where one of this file stands before it.
 template <class Function>
 Function *qtFunction(const char *symbol) {
@@ -219,6 +227,12 @@ extern "C" Q_DECL_EXPORT const char *__tsan_default_suppressions() {
            "called_from_lib:/ld-linux\n";
 }
 
+// libtsan takes some addresses of a loaded library's thread variables for what another C library would have put there,
+// and believes the size that stands before them. The blocks are known as such of malloc anyway.
+extern "C" Q_DECL_EXPORT const char *__tsan_default_options() {
+    return "intercept_tls_get_addr=0";
+}
+
 // The functions of Qt that all modules of a program find here first.
 
 int QMetaType::registerNormalizedType(const ::QByteArray &name, Destructor destructor, Constructor constructor,
@@ -263,6 +277,15 @@ bool QObject::event(QEvent *event) {
         }
     }
     return handle(this, event);
+}
+
+QtMessageHandler qInstallMessageHandler(QtMessageHandler handler) {
+    static auto *const install = qtFunction<QtMessageHandler(QtMessageHandler)>(
+        "_Z22qInstallMessageHandlerPFv9QtMsgTypeRK18QMessageLogContextRK7QStringE");
+    static const QtMessageHandler ofQt = install(nullptr);
+    const QtMessageHandler earlier = messageHandler.exchange(handler != nullptr ? handler : ofQt);
+    install(handleMessage);
+    return earlier != nullptr ? earlier : ofQt;
 }
 
 void QThread::quit() {
