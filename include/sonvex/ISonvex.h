@@ -30,7 +30,9 @@ class IBaseMessage;
  * and runs a Qt event loop on it; results, messages and the internal clock are delivered by that loop. Operations may
  * be called from within a callback or a message receiver. The library logs on its own threads too, never under a lock;
  * but what ends a thread waits for it (destroy(), removeProcessor(), the first addition after destroy(), a capture's
- * start() after its stop(), unloading), so a log handler of the host's must not wait for its thread meanwhile.
+ * start() after its stop(), the end of the application object, unloading), so a log handler of the host's must not wait
+ * for its thread meanwhile. The end of the application object stops all captures and processors, as their handles
+ * would; with another application object they can be started again.
  *
  * Ownership: the library owns everything that it returns. The host keeps references and deletes nothing.
  *

@@ -12,4 +12,12 @@ bool Run::refuses(const char *context, const std::string &name, const char *refu
     return true;
 }
 
+bool Run::refusesStart(const char *context, const std::string &name, const char *refused) const {
+    if (refuses(context, name, refused)) {
+        return true;
+    }
+    beforeStart();
+    return false;
+}
+
 } // namespace engine

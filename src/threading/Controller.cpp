@@ -47,4 +47,11 @@ Controller::~Controller() {
     logging::debug(context, name, "Worker thread ended");
 }
 
+void Controller::settle() {
+    if (isThreadRunning()) {
+        QMetaObject::invokeMethod(
+            worker.get(), [] {}, Qt::BlockingQueuedConnection);
+    }
+}
+
 } // namespace threading

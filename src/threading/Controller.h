@@ -27,6 +27,9 @@ public:
     /// False for a refused worker, and where the system gave no thread, which a warning has told.
     bool isThreadRunning() const { return workerThread.isRunning(); }
 
+    /// Returns once the worker has done what was queued for it. Never on the worker's thread.
+    void settle();
+
 Q_SIGNALS:
     /// Emitted once, to run the worker's progress() on its thread.
     void operate();

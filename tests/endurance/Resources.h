@@ -4,14 +4,15 @@
 
 namespace endurance {
 
-/// What this process holds at a moment, as the system tells it.
+/// What this process holds, as the system tells it.
 struct Resources {
     std::size_t residentBytes;
     std::size_t heapBytes; ///< in use, of what the allocator has
     int threads;
     int descriptors;
 
-    static Resources now();
+    /// Waits for threads that have done their work, up to 10 s.
+    static Resources afterRun();
 };
 
 } // namespace endurance

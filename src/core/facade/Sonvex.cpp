@@ -10,7 +10,7 @@
 #include "engine/processing/ProcessorHandle.h"
 #include "engine/streaming/NetworkReceiverHandle.h"
 
-Sonvex::Sonvex() {
+Sonvex::Sonvex() : applicationEnd([this] { pauseRun(); }) {
     connect(&streamingEngine, &engine::streaming::StreamingEngine::message, this, &Sonvex::forwardMessage);
     beginRun();
 }
@@ -75,10 +75,11 @@ void Sonvex::setMessageReceiver(const std::function<void(std::shared_ptr<sonvex:
 }
 
 void Sonvex::beginRun() {
+    applicationEnd.await(); // an addition, too, sends events to threads
     if (run && !run->isOver()) {
         return;
     }
-    const auto newRun = std::make_shared<engine::Run>();
+    const auto newRun = std::make_shared<engine::Run>([this] { applicationEnd.await(); });
     processorEngine.begin(newRun);
     streamingEngine.begin(newRun);
     run = newRun;
@@ -92,12 +93,24 @@ bool Sonvex::endRun() {
         logging::warning("Sonvex::endRun", "Only the thread that added the processors can end the run!");
         return false;
     }
-    processorEngine.stop();
-    streamingEngine.stop();
+    stopRun();
     streamingEngine.retire();
     processorEngine.retire();
     run->end();
     return true;
+}
+
+void Sonvex::stopRun() {
+    processorEngine.stop();
+    streamingEngine.stop();
+}
+
+void Sonvex::pauseRun() {
+    if (!run->isOver() && processorEngine.isOwnThread()) {
+        stopRun();
+        streamingEngine.settle();
+        processorEngine.settle();
+    }
 }
 
 void Sonvex::forwardMessage(std::shared_ptr<sonvex::BaseMessage> message) {

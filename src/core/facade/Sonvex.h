@@ -8,6 +8,7 @@
 
 #include <sonvex/ISonvex.h>
 
+#include "core/facade/ApplicationEnd.h"
 #include "core/messages/BaseMessage.h"
 #include "engine/Run.h"
 #include "engine/processing/ProcessorEngine.h"
@@ -48,6 +49,9 @@ public:
 
 private:
     void beginRun();
+    void stopRun();
+    /// Leaves no thread of the library with an event to deliver. All can be started again.
+    void pauseRun();
     void forwardMessage(std::shared_ptr<sonvex::BaseMessage> message);
 
     std::shared_ptr<engine::Run> run; ///< the current or the last one
@@ -55,4 +59,5 @@ private:
     engine::processing::ProcessorEngine processorEngine;
     std::map<std::string, std::unique_ptr<sonvex::MeteringDataSource>> meteringDataSources; ///< by handle's unique ID
     std::function<void(std::shared_ptr<sonvex::imessages::IBaseMessage>)> messageReceiver;
+    ApplicationEnd applicationEnd;
 };

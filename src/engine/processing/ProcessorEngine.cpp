@@ -99,6 +99,12 @@ void ProcessorEngine::stop() {
     logging::debug("engine::processing::ProcessorEngine::stop", "Processor engine stopped!");
 }
 
+void ProcessorEngine::settle() {
+    for (const auto &entry : sockets) {
+        entry.second->settle();
+    }
+}
+
 void ProcessorEngine::retire() {
     for (const auto &entry : sockets) {
         entry.second->retire();

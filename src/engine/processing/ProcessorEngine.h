@@ -42,6 +42,8 @@ public:
     void removeProcessor(ProcessorHandle &handle);
     /// Stops all processors; they can be started again.
     void stop();
+    /// Returns once nothing is queued for a processor. All have to be stopped, and the captures too.
+    void settle();
     /// Follows the end of the run: returns once no processor reads a configuration any more.
     void retire();
     /// Drops what the last run has left, but for the handles, which a host may hold.

@@ -20,7 +20,8 @@ ProcessorHandle::ProcessorHandle(std::string uniqueId, std::shared_ptr<const Run
 }
 
 void ProcessorHandle::start() {
-    if (!run->refuses("engine::processing::ProcessorHandle::start", uniqueId, "the processor cannot be started!")) {
+    if (!run->refusesStart("engine::processing::ProcessorHandle::start", uniqueId,
+                           "the processor cannot be started!")) {
         Q_EMIT start(uniqueId);
     }
 }

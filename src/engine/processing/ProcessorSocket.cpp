@@ -60,11 +60,7 @@ void ProcessorSocket::bindHandle(ProcessorHandle &handle) {
 }
 
 void ProcessorSocket::retire() {
-    if (isThreadRunning()) {
-        // Behind everything that is queued for the processor: calculations, and change notices.
-        QMetaObject::invokeMethod(
-            processor, [] {}, Qt::BlockingQueuedConnection);
-    }
+    settle(); // behind calculations, and change notices
     processor->retire();
 }
 

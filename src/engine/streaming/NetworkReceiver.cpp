@@ -50,6 +50,11 @@ std::string NetworkReceiver::toString() const {
            AvtpPacketReceiver::toString();
 }
 
+void NetworkReceiver::settle() {
+    waitForCaptureEnd();
+    controller.settle();
+}
+
 void NetworkReceiver::retire() {
     release();
     AvtpPacketReceiver::retire();

@@ -29,6 +29,8 @@ public:
     NetworkReceiverHandle &getHandle() { return *handle; }
     bool isThreadRunning() const { return controller.isThreadRunning(); }
 
+    /// Returns once the capture's loop has ended and nothing is queued here. It has to be stopped before.
+    void settle();
     /// For the end of the run: no capture is left, the adapter is closed, and no configuration is read any more.
     void retire();
     /// Hands the handle over, which a host may keep for longer than there is a receiver.

@@ -13,7 +13,7 @@ NetworkReceiverHandle::NetworkReceiverHandle(std::string uid, std::function<bool
 }
 
 void NetworkReceiverHandle::start() {
-    if (!run->refuses("engine::streaming::NetworkReceiverHandle::start", uid, "the capture cannot be started!")) {
+    if (!run->refusesStart("engine::streaming::NetworkReceiverHandle::start", uid, "the capture cannot be started!")) {
         Q_EMIT start(uid);
     }
 }

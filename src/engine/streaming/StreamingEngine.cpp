@@ -115,6 +115,12 @@ void StreamingEngine::stop() {
     logging::debug("engine::streaming::StreamingEngine::stop", "Network receivers stopped!");
 }
 
+void StreamingEngine::settle() {
+    for (const auto &entry : networkReceivers) {
+        entry.second->settle();
+    }
+}
+
 void StreamingEngine::retire() {
     for (const auto &entry : networkReceivers) {
         entry.second->retire();

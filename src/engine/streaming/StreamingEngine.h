@@ -50,6 +50,8 @@ public:
 
     /// Breaks all captures; does not wait for their ends.
     void stop();
+    /// Returns once no capture goes on and nothing is queued here. All have to be stopped before.
+    void settle();
     /// Follows the end of the run: returns once nothing here reads a configuration any more.
     void retire();
     /// Drops what the last run has left, but for the handles, which a host may hold.

@@ -152,12 +152,15 @@ int main(int argc, char **argv) {
     if (application == "second") { // with which the run goes on, or another one begins
         object.reset();
         object = std::make_unique<QCoreApplication>(argc, argv);
+        for (auto *processor : run->processors) {
+            if (processor->isProcessingActive()) {
+                throw std::runtime_error("the run goes on without an application object");
+            }
+            processor->start();
+        }
+        run->capture.start();
         if (!run->capture.isRunning()) {
             newRun();
-        }
-        for (auto *processor : run->processors) { // an event loop that goes takes the timers in it along
-            processor->stop();
-            processor->start();
         }
         run->results.assign(run->results.size(), 0);
         awaitResults();
