@@ -34,17 +34,18 @@ TEST(ProcessorHandleManager, refusesToBindAHandleTwice) {
     ProcessorSocket first("first", "id", std::make_unique<IdleProcessor>());
     ProcessorSocket second("second", "id", std::make_unique<IdleProcessor>());
     ProcessorHandle &handle = *manager.getHandle(first);
-    const std::string text =
-        "Processor handle with unique ID 'id' is already bound and cannot be bind to processor socket: second";
-    const support::LogRecorder log;
-    EXPECT_EQ(text, support::refusalOf<exceptions::ResourceNotAvailable>([&] { manager.getHandle(second); }).what());
-    EXPECT_EQ(Lines{"W engine::processing::ProcessorHandleManager::enableHandle \"" + text + "\""}, log.warnings());
+    support::LogRecorder log;
+    support::expectRefusal<exceptions::ResourceNotAvailable>(
+        log, [&] { manager.getHandle(second); }, "engine::processing::ProcessorHandleManager::enableHandle",
+        "Processor handle with unique ID 'id' is already bound and cannot be bind to processor socket: second");
     handle.start();
     EXPECT_TRUE(first.getProcessor()->isProcessingActive());
     EXPECT_FALSE(second.getProcessor()->isProcessingActive());
     EXPECT_TRUE(manager.deactivateProcessorHandle(first));
     EXPECT_FALSE(handle.isProcessingActive());
     EXPECT_EQ(&handle, manager.getHandle(second));
+    EXPECT_EQ(log.lines().back(), "D engine::processing::ProcessorHandleManager::enableHandle Processor handle with "
+                                  "unique ID ' \"id\" ' reactivated to processor socket:  \"second\"");
 }
 
 TEST(ProcessorHandleManager, keepsUnboundHandlesInByteOrderOfTheirUniqueIds) {

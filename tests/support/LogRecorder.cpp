@@ -1,5 +1,7 @@
 #include "support/LogRecorder.h"
 
+#include <algorithm>
+#include <iterator>
 #include <mutex>
 
 #include <QString>
@@ -81,6 +83,15 @@ int LogRecorder::count(const std::string &text) const {
         found += line.find(text) != std::string::npos ? 1 : 0;
     }
     return found;
+}
+
+std::vector<std::string> LogRecorder::stepsOf(const std::vector<std::string> &texts) const {
+    std::vector<std::string> steps;
+    for (const std::string &line : lines()) {
+        std::copy_if(texts.begin(), texts.end(), std::back_inserter(steps),
+                     [&line](const std::string &text) { return line.find(text) != std::string::npos; });
+    }
+    return steps;
 }
 
 void LogRecorder::clear() {

@@ -20,6 +20,8 @@ public:
     std::vector<std::string> warnings() const;
     /// How many lines hold @p text.
     int count(const std::string &text) const;
+    /// Which of the texts the lines hold, line by line.
+    std::vector<std::string> stepsOf(const std::vector<std::string> &texts) const;
     void clear();
 
     /// Installs the handler for the whole process, once, at the beginning of main.
