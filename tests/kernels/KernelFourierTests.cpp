@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <limits>
 #include <map>
-#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "KernelMemory.h"
 #include "Levels.h"
 #include "ReferenceTransform.h"
+#include "noise.h"
 
 namespace {
 
@@ -85,16 +85,6 @@ private:
     IppsFFTSpec_R_32f *spec = nullptr;
 };
 
-Samples noise(std::size_t length) {
-    std::mt19937 random(static_cast<unsigned>(length));
-    std::uniform_real_distribution<float> range(-1, 1);
-    Samples samples(length);
-    for (float &sample : samples) {
-        sample = range(random);
-    }
-    return samples;
-}
-
 std::complex<double> bin(const Samples &packed, std::size_t k) {
     return {packed[2 * k], packed[2 * k + 1]};
 }
@@ -123,7 +113,7 @@ const Bins &noiseBins(int order) {
     static std::map<int, Bins> all;
     Bins &bins = all[order];
     if (bins.empty()) {
-        bins = support::transformByHalving(noise(std::size_t{1} << order));
+        bins = support::transformByHalving(support::noise<float>(std::size_t{1} << order));
     }
     return bins;
 }
@@ -131,21 +121,10 @@ const Bins &noiseBins(int order) {
 class FourierTransform : public support::AtLevel {};
 SONVEX_AT_ALL_LEVELS(FourierTransform);
 
-TEST(ReferenceTransform, IsTheSumThatDefinesTheTransform) {
-    for (const std::size_t length : {1U, 2U, 8U, 64U}) {
-        const Bins defined = support::transformByDefinition(noise(length));
-        const Bins halved = support::transformByHalving(noise(length));
-        ASSERT_EQ(halved.size(), defined.size());
-        for (std::size_t k = 0; k < defined.size(); ++k) {
-            EXPECT_LT(std::abs(halved[k] - defined[k]), 1e-14 * static_cast<double>(length));
-        }
-    }
-}
-
 TEST_P(FourierTransform, HasSinglePrecisionForNoiseOfEveryOrder) {
     for (int order = 1; order <= highestOrder(); ++order) {
         Transform transform(order, IPP_FFT_NODIV_BY_ANY);
-        const Error error(transform(noise(transform.length())), noiseBins(order));
+        const Error error(transform(support::noise<float>(transform.length())), noiseBins(order));
         const double bound = order <= 10 ? 1.4e-7 : order <= 14 ? 1.5e-7 : 2e-7;
         EXPECT_LT(error.rms, bound) << "order " << order;
         EXPECT_LT(error.largest, 6 * bound) << "order " << order;
@@ -182,31 +161,6 @@ TEST_P(FourierTransform, TurnsAConstantIntoBinZeroAlone) {
     }
 }
 
-TEST_P(FourierTransform, PutsAToneIntoItsBin) {
-    for (int order = 3; order <= highestOrder(); ++order) {
-        Transform transform(order);
-        const std::size_t length = transform.length();
-        for (const std::size_t tone : {std::size_t{1}, length / 4, length / 2 - 1}) {
-            const double phase = 0.3;
-            Samples samples(length);
-            for (std::size_t n = 0; n < length; ++n) {
-                samples[n] = static_cast<float>(
-                    (std::conj(support::rootOfUnity(tone * n, length)) * std::polar(1.0, phase)).imag());
-            }
-            const Samples packed = transform(samples);
-            for (std::size_t k = 0; k <= length / 2; ++k) {
-                if (k == tone) {
-                    EXPECT_NEAR(std::abs(bin(packed, k)), 0.5, 2e-7) << "order " << order;
-                    EXPECT_NEAR(std::arg(bin(packed, k)), phase - std::acos(0.0), 1e-6) << "order " << order;
-                } else {
-                    ASSERT_LT(std::abs(bin(packed, k)), 3e-7)
-                        << "order " << order << ", tone " << tone << ", bin " << k;
-                }
-            }
-        }
-    }
-}
-
 TEST_P(FourierTransform, ScalesByItsFlag) {
     for (const int order : {0, 1, 4, 5, 7, 9, 12, 15}) {
         const double length = std::exp2(order);
@@ -220,7 +174,7 @@ TEST_P(FourierTransform, ScalesByItsFlag) {
             for (auto &value : expected) {
                 value *= scale;
             }
-            EXPECT_LT(Error(transform(noise(transform.length())), expected).rms, 1.8e-7)
+            EXPECT_LT(Error(transform(support::noise<float>(transform.length())), expected).rms, 1.8e-7)
                 << "order " << order << ", flag " << flag;
         }
     }
@@ -229,7 +183,7 @@ TEST_P(FourierTransform, ScalesByItsFlag) {
 TEST_P(FourierTransform, GivesTheSameBitsInPlaceAndAtAnyAlignment) {
     for (int order = 0; order <= std::min(18, highestOrder()); ++order) {
         Transform transform(order);
-        const Samples samples = noise(transform.length());
+        const Samples samples = support::noise<float>(transform.length());
         const Samples expected = transform(samples);
         for (const std::size_t misalignment : {4U, 8U, 20U, 60U}) {
             Transform shifted(order, IPP_FFT_DIV_FWD_BY_N, misalignment);
@@ -270,7 +224,7 @@ TEST_P(FourierTransform, AddsUpTheRotationsOfThreeImpulsesInPlace) {
 TEST_P(FourierTransform, ServesTwoThreadsWithABufferEach) {
     for (const int order : {11, 15}) {
         Transform transform(order);
-        const Samples samples = noise(transform.length());
+        const Samples samples = support::noise<float>(transform.length());
         const Samples expected = transform(samples);
         const auto work = [&](int &differences) {
             Guarded<Ipp8u> buffer(static_cast<std::size_t>(transform.sizes.buffer));

@@ -2,15 +2,16 @@
 #include <climits>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <vector>
 
 #include "KernelMemory.h"
 #include "Levels.h"
+#include "noise.h"
 
 namespace {
 
 using support::Guarded;
+using support::noise;
 
 class LevelKernels : public support::AtLevel {};
 SONVEX_AT_ALL_LEVELS(LevelKernels);
@@ -21,22 +22,18 @@ constexpr double sections[4][6] = {{0.9, -1.8, 0.9, 1, -1.994614455993, 0.994621
                                    {2, 4, 2, 2, -0.449116916118, 0.025213250544},
                                    {0.5, 0.1, -0.5, 1, -1.2, 0.98}};
 
-template <class Element>
-std::vector<Element> noise(std::size_t length) {
-    std::mt19937 random(static_cast<unsigned>(length));
-    std::uniform_real_distribution<Element> range(-1, 1);
-    std::vector<Element> values(length);
-    std::generate(values.begin(), values.end(), [&] { return range(random); });
-    return values;
-}
+struct Averages {
+    SonvexAverage fast{0.999833347221, 0.000166652779, 0, 0};
+    SonvexAverage slow{0.999979166884, 2.0833116e-05, 0, 0};
+};
 
 /// The filters and both averages value by value, in more digits than a double has.
 class Law {
 public:
     explicit Law(int sectionCount) : delays(2 * static_cast<std::size_t>(sectionCount)) {}
 
-    void run(const float *samples, std::size_t length, SonvexAverage &fast, SonvexAverage &slow) {
-        long double averages[2] = {fast.average, slow.average};
+    void run(const float *samples, std::size_t length, Averages &results) {
+        long double averages[2] = {results.fast.average, results.slow.average};
         for (std::size_t n = 0; n < length; ++n) {
             long double x = static_cast<long double>(samples[n]);
             for (std::size_t section = 0; section < delays.size() / 2; ++section) {
@@ -47,14 +44,14 @@ public:
                 delay[1] = tap[2] / tap[3] * x - tap[5] / tap[3] * y;
                 x = y;
             }
-            for (auto *average : {&fast, &slow}) {
-                long double &value = averages[average == &slow];
+            for (auto *average : {&results.fast, &results.slow}) {
+                long double &value = averages[average == &results.slow];
                 value = average->keep * value + average->input * x * x;
                 average->peak = std::max(average->peak, static_cast<double>(value));
             }
         }
-        fast.average = static_cast<double>(averages[0]);
-        slow.average = static_cast<double>(averages[1]);
+        results.fast.average = static_cast<double>(averages[0]);
+        results.slow.average = static_cast<double>(averages[1]);
     }
 
 private:
@@ -75,23 +72,20 @@ struct Filter {
     IppsIIRState_64f *state = nullptr;
 };
 
-void expectNear(const SonvexAverage &result, const SonvexAverage &expected) {
-    EXPECT_NEAR(result.average, expected.average, 1e-11 * expected.average);
-    EXPECT_NEAR(result.peak, expected.peak, 1e-11 * expected.peak);
+void expectNear(const Averages &results, const Averages &expected) {
+    for (const auto average : {&Averages::fast, &Averages::slow}) {
+        EXPECT_NEAR((results.*average).average, (expected.*average).average, 1e-11 * (expected.*average).average);
+        EXPECT_NEAR((results.*average).peak, (expected.*average).peak, 1e-11 * (expected.*average).peak);
+    }
 }
-
-constexpr SonvexAverage fastStart{0.999833347221, 0.000166652779, 0, 0};
-constexpr SonvexAverage slowStart{0.999979166884, 2.0833116e-05, 0, 0};
 
 TEST_P(LevelKernels, FollowTheLawFromCallToCall) {
     const std::vector<float> samples = noise<float>(20011);
     for (int sectionCount = 0; sectionCount <= 4; ++sectionCount) {
         Filter filter(sectionCount);
         Law law(sectionCount);
-        SonvexAverage fast = fastStart;
-        SonvexAverage slow = slowStart;
-        SonvexAverage expectedFast = fastStart;
-        SonvexAverage expectedSlow = slowStart;
+        Averages results;
+        Averages expected;
         std::size_t done = 0;
         for (const std::size_t length : {1, 127, 128, 131, 600, 3, 4800, 600, 4799, 2401, 257, 5000}) {
             // A loud beginning gives a peak in the first stretch, a fading signal one that an earlier call has set.
@@ -102,14 +96,15 @@ TEST_P(LevelKernels, FollowTheLawFromCallToCall) {
                 value *= length % 2 == 0 ? 1.0F : 0.01F;
             }
             block.fill(values);
-            EXPECT_EQ(sonvexSoundLevel_32f(block.get(), static_cast<int>(length), filter.state, &fast, &slow), 0);
-            law.run(values.data(), length, expectedFast, expectedSlow);
+            EXPECT_EQ(
+                sonvexSoundLevel_32f(block.get(), static_cast<int>(length), filter.state, &results.fast, &results.slow),
+                0);
+            law.run(values.data(), length, expected);
             SCOPED_TRACE(testing::Message() << sectionCount << " sections, sample " << done << " + " << length);
-            expectNear(fast, expectedFast);
-            expectNear(slow, expectedSlow);
+            expectNear(results, expected);
             EXPECT_TRUE(block.isIntact() && block.values() == values);
             if (length == 600) {
-                fast.peak = slow.peak = expectedFast.peak = expectedSlow.peak = 0;
+                results.fast.peak = results.slow.peak = expected.fast.peak = expected.slow.peak = 0;
             }
             done += length;
         }
@@ -119,23 +114,19 @@ TEST_P(LevelKernels, FollowTheLawFromCallToCall) {
 TEST_P(LevelKernels, ShareTheStateWithTheFilterAlone) {
     const std::vector<float> samples = noise<float>(3000);
     const std::vector<double> wide(samples.begin(), samples.end());
+    std::vector<double> filtered(1000);
     Filter shared(3);
     Law law(3);
-    SonvexAverage fast = fastStart;
-    SonvexAverage slow = slowStart;
-    SonvexAverage expectedFast = fastStart;
-    SonvexAverage expectedSlow = slowStart;
-    std::vector<double> filtered(1000);
-    EXPECT_EQ(sonvexSoundLevel_32f(samples.data(), 1000, shared.state, &fast, &slow), 0);
+    Averages results;
+    Averages expected;
+    Averages dropped;
+    EXPECT_EQ(sonvexSoundLevel_32f(samples.data(), 1000, shared.state, &results.fast, &results.slow), 0);
     EXPECT_EQ(ippsIIR_64f(wide.data() + 1000, filtered.data(), 1000, shared.state), 0);
-    law.run(samples.data(), 1000, expectedFast, expectedSlow);
-    SonvexAverage dropped = fastStart;
-    SonvexAverage droppedToo = slowStart;
-    law.run(samples.data() + 1000, 1000, dropped, droppedToo);
-    EXPECT_EQ(sonvexSoundLevel_32f(samples.data() + 2000, 1000, shared.state, &fast, &slow), 0);
-    law.run(samples.data() + 2000, 1000, expectedFast, expectedSlow);
-    expectNear(fast, expectedFast);
-    expectNear(slow, expectedSlow);
+    EXPECT_EQ(sonvexSoundLevel_32f(samples.data() + 2000, 1000, shared.state, &results.fast, &results.slow), 0);
+    law.run(samples.data(), 1000, expected);
+    law.run(samples.data() + 1000, 1000, dropped);
+    law.run(samples.data() + 2000, 1000, expected);
+    expectNear(results, expected);
 }
 
 TEST_P(LevelKernels, BearTapsOfAnySize) {
@@ -158,12 +149,12 @@ TEST_P(LevelKernels, EndInZeroAndPassInvalidValuesOn) {
     EXPECT_EQ(fast.average, 0.0);
     EXPECT_NEAR(slow.average / (1e-200 * std::pow(0.999, 1000)), 1, 1e-10);
     EXPECT_NEAR(fast.peak / 5e-286, 1, 1e-10);
-    fast = slow = fastStart;
+    fast = slow = Averages().fast;
     samples[0] = 1;
     samples[500] = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(sonvexSoundLevel_32f(samples.data(), 1000, nullptr, &fast, &slow), 0);
     EXPECT_TRUE(std::isnan(fast.average));
-    EXPECT_NEAR(fast.peak, fastStart.input, 1e-12);
+    EXPECT_NEAR(fast.peak, fast.input, 1e-12);
 }
 
 TEST_P(LevelKernels, RefuseInTheOrderOfTheFaultsAndChangeNothing) {
@@ -171,7 +162,7 @@ TEST_P(LevelKernels, RefuseInTheOrderOfTheFaultsAndChangeNothing) {
     Ipp32u noState[64] = {};
     auto *const wrong = reinterpret_cast<IppsIIRState_64f *>(noState);
     const float sample = 1;
-    SonvexAverage good = fastStart;
+    SonvexAverage good = Averages().fast;
     for (SonvexAverage bad : {SonvexAverage{1.1, 1, 0, 0}, {-0.1, 1, 0, 0}, {0.5, 0, 0, 0}, {0.5, -1, 0, 0}}) {
         EXPECT_EQ(sonvexSoundLevel_32f(&sample, 1, filter.state, &good, &bad), ippStsBadArgErr);
         EXPECT_EQ(sonvexSoundLevel_32f(&sample, 1, filter.state, &bad, &good), ippStsBadArgErr);

@@ -2,29 +2,19 @@
 #include <climits>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <vector>
 
 #include "KernelMemory.h"
 #include "Levels.h"
+#include "noise.h"
 
 namespace {
 
 using support::Guarded;
+using support::noise;
 
 class VectorKernels : public support::AtLevel {};
 SONVEX_AT_ALL_LEVELS(VectorKernels);
-
-template <class Element>
-std::vector<Element> noise(std::size_t length) {
-    static std::mt19937 random(3); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same values in every run
-    std::uniform_real_distribution<Element> range(-2, 2);
-    std::vector<Element> values(length);
-    for (Element &value : values) {
-        value = range(random);
-    }
-    return values;
-}
 
 /// Calls function(length, misalignment) for lengths around those of all vectors, at every place within 64 bytes.
 template <class Function>
@@ -47,7 +37,7 @@ void tryOperation(std::size_t elementsPerValue, double tolerance, Run run, Expec
         Guarded<Element> from(elementsPerValue * length, 64 - sizeof(Element) - at);
         Guarded<Element> to(length, at);
         const std::vector<Element> source = noise<Element>(from.size());
-        const std::vector<Element> before = noise<Element>(length);
+        const std::vector<Element> before = noise<Element>(length, 1);
         from.fill(source);
         to.fill(before);
         EXPECT_EQ(run(from.get(), to.get(), static_cast<int>(length)), ippStsNoErr);

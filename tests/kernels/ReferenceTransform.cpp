@@ -40,17 +40,6 @@ std::complex<double> rootOfUnity(std::size_t turns, std::size_t whole) {
     return table[turns % whole];
 }
 
-Bins transformByDefinition(const std::vector<float> &samples) {
-    const std::size_t length = samples.size();
-    Bins bins(length / 2 + 1);
-    for (std::size_t k = 0; k < bins.size(); ++k) {
-        for (std::size_t n = 0; n < length; ++n) {
-            bins[k] += static_cast<double>(samples[n]) * rootOfUnity(n * k, length);
-        }
-    }
-    return bins;
-}
-
 Bins transformByHalving(const std::vector<float> &samples) {
     Bins bins = halve(samples, 0, 1);
     bins.resize(samples.size() / 2 + 1, bins[0]);

@@ -7,10 +7,7 @@ namespace support {
 
 using Bins = std::vector<std::complex<double>>;
 
-/// The sum that defines the transform, bin by bin: bins 0 to N / 2 of N samples.
-Bins transformByDefinition(const std::vector<float> &samples);
-
-/// The same in double precision by halving, for lengths that are powers of two.
+/// Bins 0 to N / 2 of N samples, a power of two, in double precision.
 Bins transformByHalving(const std::vector<float> &samples);
 
 /// e^(-2 pi i turns / whole)

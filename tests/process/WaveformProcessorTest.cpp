@@ -80,17 +80,6 @@ TEST_F(Waveform, endsAtTheSignalThoughNewerSamplesHaveArrived) {
     EXPECT_EQ((std::vector<Values>{values(1, 4)}), curvesAfter(support::ramp(1, 6)));
 }
 
-TEST_F(Waveform, followsANewAmountAtTheNextBlockWithoutRestart) {
-    process::WaveformConfig config("config", 4);
-    run(config);
-    for (const unsigned amount : {8U, 1U, 0U, 3U}) {
-        config.setSampleAmount(amount);
-        curvesAfter(support::ramp(5, 4));
-        EXPECT_EQ((std::vector<Values>{values(13.0 - amount, amount)}), curvesAfter(support::ramp(9, 4))) << amount;
-    }
-    EXPECT_EQ(1, log.count(" Processing started"));
-}
-
 TEST_F(Waveform, takesTheNewestSamplesOnTheInternalClock) {
     process::WaveformConfig config("config", 4, 5);
     run(config);

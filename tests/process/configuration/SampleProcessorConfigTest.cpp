@@ -82,12 +82,6 @@ TEST(WaveformConfig, announcesOnlyWhatTakesEffect) {
     }
 }
 
-TEST(WaveformConfig, printsFiveLines) {
-    EXPECT_EQ(WaveformConfig("conf", 1024).toString(),
-              "WaveformProcessor: conf\n\tProcessor type: WaveformProcessor\n\tRefresh rate: 500\n"
-              "\tSample amount: 1024\n\tClock type: External clock");
-}
-
 template <class Config>
 void expectConvertRefusal(ProcessorConfigBase &given, const std::string &text) {
     const support::LogRecorder log;
