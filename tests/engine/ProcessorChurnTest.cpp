@@ -11,6 +11,8 @@
 #include "core/metering/ProcessConnection.h"
 #include "engine/processing/ProcessorEngine.h"
 #include "engine/processing/ProcessorHandle.h"
+#include "process/configuration/SoundLevelValueConfig.h"
+#include "process/configuration/SpectrumConfig.h"
 #include "process/configuration/WaveformConfig.h"
 #include "support/CaptureThread.h"
 #include "support/LogRecorder.h"
@@ -20,8 +22,9 @@ namespace {
 
 /// A channel with its buffer, its configuration and its processor, which comes and goes.
 struct Channel {
-    Channel(engine::processing::ProcessorEngine &engine, unsigned char number)
-        : engine(engine), process("churn", &waveform, "0a0b0c0d0e0f", number) {
+    Channel(engine::processing::ProcessorEngine &engine, process::SampleProcessorConfigBase &config,
+            unsigned char number)
+        : engine(engine), config(config), process("churn", &config, "0a0b0c0d0e0f", number) {
         add();
     }
 
@@ -47,7 +50,7 @@ struct Channel {
     engine::processing::ProcessorEngine &engine;
     sonvex::BufferConfiguration bufferConfig{"buffer", 256, 24};
     avb::AvbAudioBuffer buffer{"channel", bufferConfig};
-    process::WaveformConfig waveform{"waveform", 24, 2};
+    process::SampleProcessorConfigBase &config;
     sonvex::ProcessConfiguration process;
     engine::processing::ProcessorHandle *handle = nullptr;
     int added = 0;
@@ -58,27 +61,33 @@ struct Channel {
 const char *const clockTypes[] = {"Internal clock", "External clock"};
 
 /// Changes whatever a host can change, every millisecond, for a second and a half.
-void churn(const std::vector<Channel *> &channels) {
+void churn(const std::vector<Channel *> &channels, process::SpectrumConfig &spectrum) {
     std::mt19937 random(20240611); // NOLINT(cert-msc51-cpp): the same on every run
     const auto below = [&](unsigned limit) { return static_cast<unsigned>(random() % limit); };
     QElapsedTimer time;
     time.start();
     for (int turn = 0; !time.hasExpired(1500); ++turn) {
         Channel &channel = *channels[below(static_cast<unsigned>(channels.size()))];
-        switch (below(6)) {
+        switch (below(7)) {
         case 0:
-            channel.waveform.setClockType(clockTypes[below(2)]);
+            channel.config.setClockType(clockTypes[below(2)]);
             break;
         case 1:
-            channel.waveform.setRefreshRate(1 + below(3));
+            channel.config.setRefreshRate(1 + below(3));
             break;
         case 2:
-            channel.waveform.setSampleAmount(below(300));
+            channel.config.setSampleAmount(below(300));
             break;
         case 3:
             channel.bufferConfig.setClockSignalingSampleAmount(6 * below(8));
             break;
         case 4:
+            spectrum.setFftOrder(below(10));
+            spectrum.setMovingAverageActive(below(2) == 0);
+            spectrum.setMovingAverageWindowSize(below(9));
+            spectrum.setMovingAverageWindowLength(10 * below(9));
+            break;
+        case 5:
             below(2) == 0 ? channel.handle->stop() : channel.handle->start();
             break;
         default:
@@ -96,17 +105,23 @@ TEST(ProcessorChurn, leavesProcessorsAsTheLastChangeSaysAndLosesNoThread) {
     const support::LogRecorder log;
     int added = 0;
     {
+        process::WaveformConfig waveforms[] = {{"waveform", 24, 2}, {"waveform", 24, 2}};
+        process::SoundLevelValueConfig levels{"levels", 288};
+        process::SpectrumConfig spectrum{"spectrum", 0, "SpectrumProcessor"};
         engine::processing::ProcessorEngine engine;
-        Channel channels[] = {{engine, 1}, {engine, 2}, {engine, 3}};
-        const support::CaptureThread capture({&channels[0].buffer, &channels[1].buffer, &channels[2].buffer});
-        churn({&channels[0], &channels[1], &channels[2]});
-        std::size_t amount = 7;
+        Channel channels[] = {
+            {engine, levels, 1}, {engine, spectrum, 2}, {engine, waveforms[0], 3}, {engine, waveforms[1], 4}};
+        const support::CaptureThread capture(
+            {&channels[0].buffer, &channels[1].buffer, &channels[2].buffer, &channels[3].buffer});
+        churn({&channels[0], &channels[1], &channels[2], &channels[3]}, spectrum);
+        spectrum.setFftOrder(4); // 8 bins
+        std::size_t amount = 7;  // that of the levels, whatever they are taken from
         for (Channel &channel : channels) {
             // A channel on the internal clock gets no signals to fall back on.
             const bool internal = amount % 2 == 0;
-            channel.waveform.setClockType(clockTypes[internal ? 0 : 1]);
-            channel.waveform.setRefreshRate(5);
-            channel.waveform.setSampleAmount(static_cast<unsigned>(amount));
+            channel.config.setClockType(clockTypes[internal ? 0 : 1]);
+            channel.config.setRefreshRate(5);
+            channel.config.setSampleAmount(static_cast<unsigned>(amount));
             channel.bufferConfig.setClockSignalingSampleAmount(internal ? 0 : 48);
             channel.handle->start();
             EXPECT_TRUE(channel.delivers(amount++, 10));

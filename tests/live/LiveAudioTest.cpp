@@ -28,12 +28,9 @@ class Stream : public support::LiveStream {
 public:
     explicit Stream(unsigned channels = 8) : LiveStream(channels, blockSize, toneCode) {}
 
-    sonvex::ihandles::IProcessorHandle &addWaveform(unsigned char channel,
-                                                    sonvex::iprocess::IWaveformConfig &config) const {
-        return add("waveform " + std::to_string(channel), config, channel);
-    }
     sonvex::ihandles::IProcessorHandle &addWaveform(unsigned char channel) const {
-        return addWaveform(channel, sonvex::iprocess::IWaveformConfig::createInstance("config", blockSize));
+        return add("waveform " + std::to_string(channel),
+                   sonvex::iprocess::IWaveformConfig::createInstance("config", blockSize), channel);
     }
 };
 
@@ -181,32 +178,6 @@ TEST(LiveAudio, keepsSourceAndBindingWhenAProcessorComesBack) {
     EXPECT_TRUE(dropped.blocks->empty());
     EXPECT_THROW(stream.addWaveform(0), exceptions::ProcessorAlreadyExists);
     EXPECT_THROW(stream.addWaveform(2), exceptions::ResourceNotAvailable);
-    stream.capture.stop();
-}
-
-TEST(LiveAudio, changesItsClockWhileItRuns) {
-    Stream stream(2);
-    auto &config = sonvex::iprocess::IWaveformConfig::createInstance("config", blockSize);
-    auto &handle = stream.addWaveform(0, config);
-    const Results results(handle);
-    stream.capture.start();
-    handle.start();
-    stream.send(packetsPerBlock);
-    ASSERT_TRUE(results.wait(1));
-    config.setRefreshRate(5);
-    config.setClockType("Internal clock");
-    const std::size_t before = results.blocks->size();
-    ASSERT_TRUE(results.wait(before + 3)); // no frame arrives, the timer ticks
-    expectTone(results.blocks->back(), 0, 0);
-    config.setClockType("External clock");
-    config.setSampleAmount(blockSize / 2);
-    ASSERT_TRUE(waitFor([&] {
-        stream.send(packetsPerBlock);
-        return results.blocks->back().size() == blockSize / 2;
-    }));
-    EXPECT_TRUE(handle.isProcessingActive());
-    stream.buffer.setClockSignalingSampleAmount(0);
-    handle.stop();
     stream.capture.stop();
 }
 
