@@ -22,6 +22,8 @@ namespace {
 using support::adapter;
 using support::waitFor;
 
+constexpr char avtp[] = "ether proto 0x22f0";
+
 /// Counts frames; may be told to hold the capture inside one.
 class CountingReceiver : public pcapplus::PcapPacketReceiverBase {
 public:
@@ -50,27 +52,34 @@ struct Sniffer : pcapplus::PcapPacketSniffer {
             messages.push_back(status.getMessageType() + " " + status.getMessage());
         });
     }
+    bool filter(const std::string &text) { return setFilter(text, 1, 0xFFFFFFFF); }
     ~Sniffer() override { disconnect(); } // what the base reports while it goes has no list any more
     std::vector<std::string> messages;
 };
 
-std::vector<std::uint8_t> anyFrame() {
-    return support::makeFrame("020000000001", 0, 2, 6, [](unsigned, unsigned) { return std::int16_t{5}; });
+/// A sniffer of AVTP frames, and what it captures.
+struct Capture {
+    explicit Capture(const pcapplus::PcapDeviceInfo &device) : sniffer(device) {
+        sniffer.filter(avtp);
+        sniffer.registerPacketReceiver(receiver);
+    }
+    CountingReceiver receiver;
+    Sniffer sniffer;
+};
+
+void sendFrames(talker::RawSocket &socket, int amount = 1) {
+    for (int i = 0; i < amount; ++i) {
+        support::send(socket, support::makeFrame("020000000001", 0, 2, 6, [](unsigned, unsigned) { return 5; }));
+    }
 }
 
 /// Sends until a frame arrives: the first ones may come before the loop listens.
 bool arrives(talker::RawSocket &socket, const CountingReceiver &receiver) {
     const int before = receiver.frames;
     return waitFor([&] {
-        support::send(socket, anyFrame());
+        sendFrames(socket);
         return receiver.frames > before;
     });
-}
-
-void sendFrames(talker::RawSocket &socket, int amount) {
-    for (int i = 0; i < amount; ++i) {
-        support::send(socket, anyFrame());
-    }
 }
 
 std::string name(const pcapplus::PcapDeviceInfo &device) {
@@ -84,7 +93,7 @@ TEST(PacketSniffer, startsAndStopsAsOftenAsWantedAndReportsIt) {
     const support::LogRecorder log;
     {
         Sniffer sniffer(lo);
-        EXPECT_TRUE(sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF));
+        EXPECT_TRUE(sniffer.filter(avtp));
         sniffer.registerPacketReceiver(receiver);
         sniffer.stop();
         for (int run = 1; run <= 3; ++run) {
@@ -131,7 +140,7 @@ TEST(PacketSniffer, reportsAnInvalidDeviceAndDoesNothingWithIt) {
                                                     "Passed device info object is invalid! Cannot configure device  "
                                                     "number:  -1"});
     sniffer.start();
-    EXPECT_FALSE(sniffer.setFilter("udp", 1, 0xFFFFFFFF));
+    EXPECT_FALSE(sniffer.filter("udp"));
     EXPECT_FALSE(sniffer.isRunning());
     const std::string report = "WARNING Sniffer not configured properly! Please set a valid configuration!";
     EXPECT_EQ(sniffer.messages, (std::vector<std::string>{report, report}));
@@ -164,20 +173,20 @@ TEST(PacketSniffer, keepsTheFilterThatWorkedAndChangesItWhileItRuns) {
     CountingReceiver receiver;
     Sniffer sniffer(adapter("lo"));
     sniffer.registerPacketReceiver(receiver);
-    EXPECT_FALSE(sniffer.setFilter("no such filter", 1, 0xFFFFFFFF));
+    EXPECT_FALSE(sniffer.filter("no such filter"));
     EXPECT_EQ(sniffer.messages.back(), "INFORMATION Filter 'no such filter': Unable to compile! Check the syntax");
     EXPECT_NE(sniffer.toString().find("\nFilter set: None\n"), std::string::npos);
     sniffer.start();
     EXPECT_TRUE(arrives(socket, receiver)); // unfiltered
-    EXPECT_TRUE(sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF));
+    EXPECT_TRUE(sniffer.filter(avtp));
     EXPECT_TRUE(arrives(socket, receiver));
-    EXPECT_FALSE(sniffer.setFilter("((", 1, 0xFFFFFFFF));
+    EXPECT_FALSE(sniffer.filter("(("));
     EXPECT_NE(sniffer.toString().find("\nFilter set: ether proto 0x22f0\n"), std::string::npos);
     EXPECT_TRUE(arrives(socket, receiver));
-    EXPECT_TRUE(sniffer.setFilter("udp", 1, 0xFFFFFFFF));
+    EXPECT_TRUE(sniffer.filter("udp"));
     const int before = receiver.frames;
     sendFrames(socket, 100);
-    EXPECT_TRUE(sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF)); // behind all that the last filter refused
+    EXPECT_TRUE(sniffer.filter(avtp)); // behind all that the last filter refused
     EXPECT_TRUE(arrives(socket, receiver));
     EXPECT_LT(receiver.frames, before + 100);
     EXPECT_TRUE(sniffer.isRunning());
@@ -189,43 +198,38 @@ TEST(PacketSniffer, losesNothingWhileItsReceiverStalls) {
     constexpr milliseconds longestStall{90}; // beyond this, the machine's own hiccup would be to blame for a loss
     talker::RawSocket socket("lo");
     for (bool measured = false; !measured;) {
-        CountingReceiver receiver;
-        receiver.holdAt = 1;
-        Sniffer sniffer(adapter("lo"));
-        sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
-        sniffer.registerPacketReceiver(receiver);
-        sniffer.start();
+        Capture capture(adapter("lo"));
+        capture.receiver.holdAt = 1;
+        capture.sniffer.start();
         int sent = 0;
         const auto begin = std::chrono::steady_clock::now();
         while (std::chrono::steady_clock::now() - begin < stall) {
-            support::send(socket, anyFrame());
+            sendFrames(socket);
             ++sent;
         }
-        ASSERT_TRUE(waitFor([&] { return receiver.frames == 1; }));
-        receiver.gate.release();
+        ASSERT_TRUE(waitFor([&] { return capture.receiver.frames == 1; }));
+        capture.receiver.gate.release();
         measured = std::chrono::steady_clock::now() - begin < longestStall;
         if (measured) {
-            EXPECT_TRUE(waitFor([&] { return receiver.frames >= sent; })) << receiver.frames << " of " << sent;
-            EXPECT_EQ(receiver.frames, sent);
+            EXPECT_TRUE(waitFor([&] { return capture.receiver.frames >= sent; }))
+                << capture.receiver.frames << " of " << sent;
+            EXPECT_EQ(capture.receiver.frames, sent);
         }
     }
 }
 
 TEST(PacketSniffer, beginsWithTheFramesFromItsStartOn) {
     talker::RawSocket socket("lo");
-    CountingReceiver receiver;
-    Sniffer sniffer(adapter("lo"));
-    sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
-    sniffer.registerPacketReceiver(receiver);
+    Capture capture(adapter("lo"));
     for (int run = 0; run < 3; ++run) {
         sendFrames(socket, 1000); // the open adapter gathers them
-        receiver.frames = 0;
-        sniffer.start();
+        capture.receiver.frames = 0;
+        capture.sniffer.start();
         sendFrames(socket, 100);
-        EXPECT_TRUE(waitFor([&] { return receiver.frames >= 100; }));
-        EXPECT_EQ(receiver.frames, 100);
-        sniffer.stop();
-        sniffer.waitForCaptureEnd();
+        EXPECT_TRUE(waitFor([&] { return capture.receiver.frames >= 100; }));
+        EXPECT_EQ(capture.receiver.frames, 100);
+        capture.sniffer.stop();
+        capture.sniffer.waitForCaptureEnd();
     }
 }
 
@@ -233,26 +237,20 @@ TEST(PacketSniffer, handsAllFramesToTheReceiverRegisteredLast) {
     support::makeVethPair("near0", "far0");
     talker::RawSocket loopback("lo");
     talker::RawSocket veth("far0");
-    CountingReceiver first;
-    CountingReceiver second;
-    Sniffer onLoopback(adapter("lo"));
-    onLoopback.registerPacketReceiver(first);
-    onLoopback.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
-    onLoopback.start();
+    Capture first(adapter("lo"));
+    first.sniffer.start();
     const support::LogRecorder log;
     {
-        Sniffer onVeth(adapter("near0"));
-        onVeth.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
-        onVeth.registerPacketReceiver(second);
-        const int before = first.frames;
-        onVeth.start();
-        EXPECT_TRUE(arrives(loopback, second));
-        EXPECT_TRUE(arrives(veth, second));
-        EXPECT_EQ(first.frames, before);
+        Capture second(adapter("near0"));
+        const int before = first.receiver.frames;
+        second.sniffer.start();
+        EXPECT_TRUE(arrives(loopback, second.receiver));
+        EXPECT_TRUE(arrives(veth, second.receiver));
+        EXPECT_EQ(first.receiver.frames, before);
     }
     // The end of any sniffer empties the slot, for the one that still runs as well.
     EXPECT_TRUE(waitFor([&] {
-        support::send(loopback, anyFrame());
+        sendFrames(loopback);
         return log.count(
                    "W dummyPacketHandler Pcap++ callback not bound! Please call method 'registerCallback' to bind "
                    "a valid receiver!") > 0;
@@ -263,71 +261,64 @@ TEST(PacketSniffer, handsAllFramesToTheReceiverRegisteredLast) {
 TEST(PacketSniffer, saysWhyItsAdapterFailedAndOpensItAnewWhenItIsBack) {
     const auto makeAdapter = [] { support::makeVethPair("gone0", "gone1"); };
     makeAdapter();
-    CountingReceiver receiver;
     const support::LogRecorder log;
-    Sniffer sniffer(adapter("gone0"));
-    sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
-    sniffer.registerPacketReceiver(receiver);
-    sniffer.start();
+    Capture capture(adapter("gone0"));
+    capture.sniffer.start();
     support::removeInterface("gone0");
     EXPECT_TRUE(waitFor([&] { return log.count("PCAP listener INACTIVE") == 1; }));
-    EXPECT_EQ(log.count("W pcapplus::RunPcapEventLoop::run \"" + name(sniffer.getDeviceInfoCopy()) +
+    EXPECT_EQ(log.count("W pcapplus::RunPcapEventLoop::run \"" + name(capture.sniffer.getDeviceInfoCopy()) +
                         "\" The capture ended by itself! Error message:  The interface disappeared"),
               1);
-    EXPECT_TRUE(sniffer.isRunning());
-    sniffer.stop();
-    sniffer.start(); // while it is away
-    EXPECT_FALSE(sniffer.isRunning());
-    EXPECT_EQ(sniffer.messages.back(), "WARNING Sniffer not configured properly! Please set a valid configuration!");
+    EXPECT_TRUE(capture.sniffer.isRunning());
+    capture.sniffer.stop();
+    capture.sniffer.start(); // while it is away
+    EXPECT_FALSE(capture.sniffer.isRunning());
+    EXPECT_EQ(capture.sniffer.messages.back(),
+              "WARNING Sniffer not configured properly! Please set a valid configuration!");
     for (const bool wentWhileRunning : {true, false}) {
         makeAdapter();
         talker::RawSocket socket("gone1");
-        sniffer.start();
-        EXPECT_TRUE(sniffer.isRunning());
-        EXPECT_TRUE(arrives(socket, receiver));
-        EXPECT_NE(sniffer.toString().find("\nFilter set: ether proto 0x22f0\n"), std::string::npos);
+        capture.sniffer.start();
+        EXPECT_TRUE(capture.sniffer.isRunning());
+        EXPECT_TRUE(arrives(socket, capture.receiver));
+        EXPECT_NE(capture.sniffer.toString().find("\nFilter set: ether proto 0x22f0\n"), std::string::npos);
         if (!wentWhileRunning) {
-            sniffer.stop();
+            capture.sniffer.stop();
         }
         support::removeInterface("gone0");
         if (wentWhileRunning) {
             EXPECT_TRUE(waitFor([&] { return log.count("The capture ended by itself!") == 2; }));
-            sniffer.stop();
+            capture.sniffer.stop();
         }
     }
     makeAdapter(); // it went and came back between a stop and the next start
     talker::RawSocket socket("gone1");
-    sniffer.start();
-    EXPECT_TRUE(arrives(socket, receiver));
+    capture.sniffer.start();
+    EXPECT_TRUE(arrives(socket, capture.receiver));
     EXPECT_EQ(log.count("The capture ended by itself!"), 2);
     support::removeInterface("gone0");
 }
 
 TEST(PacketSniffer, releasesItsAdapterUntilTheNextStart) {
     talker::RawSocket socket("lo");
-    CountingReceiver receiver;
-    Sniffer sniffer(adapter("lo"));
-    sniffer.registerPacketReceiver(receiver);
+    Capture capture(adapter("lo"));
     for (int run = 0; run < 3; ++run) {
-        sniffer.start();
-        EXPECT_TRUE(arrives(socket, receiver));
-        sniffer.release();
-        EXPECT_FALSE(sniffer.isRunning());
+        capture.sniffer.start();
+        EXPECT_TRUE(arrives(socket, capture.receiver));
+        capture.sniffer.release();
+        EXPECT_FALSE(capture.sniffer.isRunning());
     }
 }
 
 TEST(PacketSniffer, startsAndStopsAThousandTimes) {
-    CountingReceiver receiver;
     talker::RawSocket socket("lo");
-    Sniffer sniffer(adapter("lo"));
-    sniffer.setFilter("ether proto 0x22f0", 1, 0xFFFFFFFF);
-    sniffer.registerPacketReceiver(receiver);
+    Capture capture(adapter("lo"));
     for (int run = 0; run < 1000; ++run) { // the loop of a start may not have begun when the stop comes
-        sniffer.start();
-        sniffer.stop();
+        capture.sniffer.start();
+        capture.sniffer.stop();
     }
-    sniffer.start();
-    EXPECT_TRUE(arrives(socket, receiver));
+    capture.sniffer.start();
+    EXPECT_TRUE(arrives(socket, capture.receiver));
 }
 
 TEST(PacketHandlerSlot, letsReadersInTogetherAndAWriteWaitForThem) {
