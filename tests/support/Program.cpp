@@ -4,6 +4,8 @@
 #include <csignal>
 #include <iterator>
 
+#include <gtest/gtest.h>
+
 namespace support {
 
 Program::Program(const std::string &path, const std::vector<std::string> &arguments) {
@@ -28,6 +30,13 @@ Program::Result Program::wait() {
     const bool orderly = ended && process_.error() == QProcess::UnknownError;
     return {orderly ? process_.exitCode() : -1, process_.readAllStandardOutput().toStdString(),
             process_.readAllStandardError().toStdString()};
+}
+
+void expectRefusal(const Program::Result &result, int exitStatus, const std::string &reason) {
+    EXPECT_EQ(result.exitStatus, exitStatus);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
 }
 
 } // namespace support

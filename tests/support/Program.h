@@ -28,4 +28,7 @@ private:
     QProcess process_;
 };
 
+/// Expects this exit status, one line that holds @p reason and no output.
+void expectRefusal(const Program::Result &result, int exitStatus, const std::string &reason);
+
 } // namespace support

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "support/Program.h"
@@ -7,14 +5,6 @@
 namespace {
 
 using Arguments = std::vector<std::string>;
-
-/// Expects exit status 2 and one line about the reason, with nothing sent.
-void expectRefusal(const support::Program::Result &result, const std::string &reason) {
-    EXPECT_EQ(result.exitStatus, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
-    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
-}
 
 struct Refused {
     Arguments arguments;
@@ -27,7 +17,7 @@ void expectRefusals(const Arguments &first, const std::vector<Refused> &table) {
         Arguments arguments = first;
         arguments.insert(arguments.end(), refused.arguments.begin(), refused.arguments.end());
         SCOPED_TRACE(testing::PrintToString(refused.arguments));
-        expectRefusal(support::Program(SONVEX_TALKER, arguments).wait(), refused.reason);
+        support::expectRefusal(support::Program(SONVEX_TALKER, arguments).wait(), 2, refused.reason);
     }
 }
 
@@ -78,8 +68,9 @@ TEST(CommandLine, refusesFaultsThatNoFrameCanHave) {
 }
 
 TEST(CommandLine, withoutTheRightToSendNamesTheRemedy) {
-    expectRefusal(support::Program("setpriv", {"--bounding-set=-net_raw", SONVEX_TALKER, "--device", "lo"}).wait(),
-                  "'sudo setpriv ");
+    support::expectRefusal(
+        support::Program("setpriv", {"--bounding-set=-net_raw", SONVEX_TALKER, "--device", "lo"}).wait(), 2,
+        "'sudo setpriv ");
 }
 
 } // namespace
