@@ -41,7 +41,9 @@ TEST(Factories, keepEmptyAndNonAsciiTextsByteForByteWithEveryOtherValue) {
                                          "network device informations: \n" +
                                          info.toString());
         auto &waveform = sonvex::iprocess::IWaveformConfig::createInstance(text, 480);
-        EXPECT_EQ(waveform.toString().find("WaveformProcessor: " + text + "\n"), 0U);
+        EXPECT_EQ(waveform.toString(), "WaveformProcessor: " + text +
+                                           "\n\tProcessor type: WaveformProcessor\n\tRefresh rate: 500\n"
+                                           "\tSample amount: 480\n\tClock type: External clock");
         const auto &process = sonvex::IProcessConfiguration::createInstance(text, waveform, text, 255);
         EXPECT_EQ(process.toString(), "ProcessConfiguration: " + text + "\nReceives stream from device: " + text +
                                           "\nCalculates sample data from audio channel: 255");

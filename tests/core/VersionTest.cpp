@@ -19,14 +19,6 @@ TEST(Version, isTheSameForTheFileItsNumbersAndItsTexts) {
     }
 }
 
-TEST(Version, ofTheInterfaceFitsItselfAlone) {
-    EXPECT_EQ(qo::sonvexLib::getInterfaceVersion(), 101U);
-    EXPECT_TRUE(qo::sonvexLib::isCompatibleWithInterfaceVersion(101));
-    for (const unsigned int other : {0U, 100U, 102U, ~0U}) {
-        EXPECT_FALSE(qo::sonvexLib::isCompatibleWithInterfaceVersion(other)) << other;
-    }
-}
-
 TEST(Library, hasOneListOfAdapters) {
     EXPECT_EQ(&sonvex::INetworkDeviceManager::createInstance(), &sonvex::INetworkDeviceManager::createInstance());
 }

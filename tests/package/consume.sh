@@ -17,9 +17,4 @@ rm -rf "$work"
 "$cmake" --build "$work"
 "$work/consumer"
 
-export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
-[[ $(pkg-config --modversion qo_sonvexLib) == "$version" ]]
-read -ra options < <(pkg-config --cflags --libs qo_sonvexLib)
-# shellcheck disable=SC2086
-"$compiler" -std=c++17 $flags "$sources/main.cpp" -o "$work/with-pkg-config" "${options[@]}"
-LD_LIBRARY_PATH=$prefix/$libdir "$work/with-pkg-config"
+[[ $(PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig pkg-config --modversion qo_sonvexLib) == "$version" ]]

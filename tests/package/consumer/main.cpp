@@ -33,6 +33,7 @@ int main(int argc, char *argv[]) {
     QCoreApplication application(argc, argv); // the package brings Qt
     expect(qo::sonvexLib::getInterfaceVersion() == 101, "the interface version is 101");
     expect(qo::sonvexLib::isCompatibleWithInterfaceVersion(101), "version 101 is compatible");
+    expect(!qo::sonvexLib::isCompatibleWithInterfaceVersion(100), "version 100 is not compatible");
     expect(!qo::sonvexLib::isCompatibleWithInterfaceVersion(102), "version 102 is not compatible");
     expect(ISonvex::getVersion().getVersionString() == qo::sonvexLib::getVersion(), "both ways to ask agree");
 
