@@ -243,55 +243,40 @@ TEST_P(FourierTransform, ServesTwoThreadsWithABufferEach) {
 }
 
 TEST_P(FourierTransform, RefusesSizeQueriesInTheOrderOfTheirFaults) {
-    struct Case {
-        int order;
-        int flag;
-        bool hasPointers;
-        int status;
+    Sizes sizes;
+    const auto query = [&sizes](int order, int flag, int missing) {
+        int *pointers[] = {&sizes.spec, &sizes.specBuffer, &sizes.buffer, nullptr};
+        pointers[missing] = nullptr;
+        return ippsFFTGetSize_R_32f(order, flag, 0, pointers[0], pointers[1], pointers[2]);
     };
-    for (const Case &query :
-         {Case{-1, 0, false, ippStsFftOrderErr}, Case{30, 1, true, ippStsFftOrderErr},
-          Case{31, 1, true, ippStsFftOrderErr}, Case{5, 0, false, ippStsNullPtrErr}, Case{5, 0, true, ippStsFftFlagErr},
-          Case{5, 3, true, ippStsFftFlagErr}, Case{5, 16, true, ippStsFftFlagErr}}) {
-        for (int missing = 0; missing < 3; ++missing) {
-            Sizes sizes;
-            int *pointers[] = {&sizes.spec, &sizes.specBuffer, &sizes.buffer};
-            if (!query.hasPointers) {
-                pointers[missing] = nullptr;
-            }
-            EXPECT_EQ(ippsFFTGetSize_R_32f(query.order, query.flag, 0, pointers[0], pointers[1], pointers[2]),
-                      query.status);
-            EXPECT_TRUE(sizes.spec == -1 && sizes.specBuffer == -1 && sizes.buffer == -1);
-        }
+    const int none = 3;
+    for (const int missing : {0, 1, 2}) {
+        EXPECT_EQ(query(-1, 0, missing), ippStsFftOrderErr);
+        EXPECT_EQ(query(5, 0, missing), ippStsNullPtrErr);
     }
+    for (const int order : {30, 31}) {
+        EXPECT_EQ(query(order, 1, none), ippStsFftOrderErr);
+    }
+    for (const int flag : {0, 3, 16}) {
+        EXPECT_EQ(query(5, flag, none), ippStsFftFlagErr);
+    }
+    EXPECT_TRUE(sizes.spec == -1 && sizes.specBuffer == -1 && sizes.buffer == -1);
     const Sizes largest = Transform::sizesOf(29, IPP_FFT_DIV_FWD_BY_N);
     EXPECT_TRUE(largest.spec > 0 && largest.specBuffer > 0 && largest.buffer > 0);
 }
 
 TEST_P(FourierTransform, RefusesToMakeTablesInTheOrderOfTheFaults) {
-    struct Case {
-        int order;
-        int flag;
-        bool hasResult;
-        bool hasMemory;
-        bool hasBuffer;
-        int status;
-    };
-    for (const Case &init :
-         {Case{-1, 0, false, true, true, ippStsNullPtrErr}, Case{30, 0, true, false, true, ippStsNullPtrErr},
-          Case{-1, 0, true, true, true, ippStsFftOrderErr}, Case{30, 1, true, true, true, ippStsFftOrderErr},
-          Case{12, 0, true, true, false, ippStsFftFlagErr}, Case{12, 3, true, true, true, ippStsFftFlagErr},
-          Case{11, 1, true, true, false, ippStsNullPtrErr}}) {
-        Guarded<Ipp8u> memory(1 << 16);
-        Guarded<Ipp8u> buffer(1 << 16);
-        IppsFFTSpec_R_32f *spec = nullptr;
-        EXPECT_EQ(ippsFFTInit_R_32f(init.hasResult ? &spec : nullptr, init.order, init.flag, 0,
-                                    init.hasMemory ? memory.get() : nullptr, init.hasBuffer ? buffer.get() : nullptr),
-                  init.status);
-        EXPECT_TRUE(spec == nullptr && memory.isUntouched() && buffer.isUntouched());
-    }
+    Guarded<Ipp8u> memory(static_cast<std::size_t>(Transform::sizesOf(12, 1).spec));
+    Guarded<Ipp8u> buffer(1 << 16);
     IppsFFTSpec_R_32f *spec = nullptr;
-    Guarded<Ipp8u> memory(static_cast<std::size_t>(Transform::sizesOf(10, 1).spec));
+    EXPECT_EQ(ippsFFTInit_R_32f(nullptr, -1, 0, 0, memory.get(), buffer.get()), ippStsNullPtrErr);
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, 30, 0, 0, nullptr, buffer.get()), ippStsNullPtrErr);
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, -1, 0, 0, memory.get(), buffer.get()), ippStsFftOrderErr);
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, 30, 1, 0, memory.get(), buffer.get()), ippStsFftOrderErr);
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, 12, 0, 0, memory.get(), nullptr), ippStsFftFlagErr);
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, 12, 3, 0, memory.get(), buffer.get()), ippStsFftFlagErr);
+    EXPECT_EQ(ippsFFTInit_R_32f(&spec, 11, 1, 0, memory.get(), nullptr), ippStsNullPtrErr);
+    EXPECT_TRUE(spec == nullptr && memory.isUntouched() && buffer.isUntouched());
     EXPECT_EQ(ippsFFTInit_R_32f(&spec, 10, 1, 0, memory.get(), nullptr), ippStsNoErr);
 }
 
