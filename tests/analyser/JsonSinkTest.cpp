@@ -52,26 +52,4 @@ TEST(JsonSink, staysReadableWhateverTheResultHolds) {
     EXPECT_TRUE(writtenBy(analysis, Values({})).value(QStringLiteral("y")).isArray());
 }
 
-TEST(JsonSink, namesLevelsAndBins) {
-    analyser::Analysis analysis;
-    analysis.options.kind = analyser::AnalysisKind::levels;
-    const double silent = -std::numeric_limits<double>::infinity();
-    const auto levels = writtenBy(analysis, Values({-1, -2, -3, -4, -5, silent, -7}));
-    const auto names = levels.value(QStringLiteral("names")).toArray();
-    EXPECT_EQ(names.size(), 7);
-    EXPECT_EQ(names.at(3).toString(), QStringLiteral("dBC SPL slow"));
-    EXPECT_EQ(names.at(6).toString(), QStringLiteral("dBFS"));
-    EXPECT_TRUE(levels.value(QStringLiteral("y")).toArray().at(5).isNull());
-    EXPECT_FALSE(levels.contains(QStringLiteral("x")));
-
-    analysis.options.kind = analyser::AnalysisKind::spectrum;
-    analysis.options.order = 14;
-    analysis.options.amount = 16384;
-    const auto spectrum = writtenBy(analysis, Values({0.25}));
-    EXPECT_EQ(spectrum.value(QStringLiteral("type")).toString(), QStringLiteral("spectrum"));
-    EXPECT_EQ(spectrum.value(QStringLiteral("order")).toInt(), 14);
-    EXPECT_EQ(spectrum.value(QStringLiteral("binWidth")).toDouble(), 48000.0 / 16384);
-    EXPECT_EQ(spectrum.value(QStringLiteral("y")).toArray().at(0).toDouble(), 0.25);
-}
-
 } // namespace

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -47,6 +46,8 @@ TEST(Monitor, showsAllKindsOfAnalysesOfATone) {
     const auto peak = std::max_element(powers.begin(), powers.end(),
                                        [](const auto &a, const auto &b) { return a.toDouble() < b.toDouble(); });
     EXPECT_EQ(peak - powers.begin(), 85); // 1000 Hz / 11.7 Hz
+    EXPECT_EQ(last["spectrum0"].value(QLatin1String("order")).toInt(), 12);
+    EXPECT_EQ(last["spectrum0"].value(QLatin1String("binWidth")).toDouble(), 48000.0 / 4096);
     EXPECT_EQ(values(last["spectrum1"], "y").size(), 512);
 
     const QJsonArray levels = values(last["levels0"], "y");
@@ -57,7 +58,11 @@ TEST(Monitor, showsAllKindsOfAnalysesOfATone) {
     for (const auto &level : values(last["levels1"], "y")) {
         EXPECT_TRUE(level.isNull());
     }
-    EXPECT_EQ(values(last["levels1"], "names").size(), 7);
+    const QJsonArray names = values(last["levels1"], "names");
+    EXPECT_EQ(names.size(), 7);
+    EXPECT_EQ(names.at(3).toString(), QStringLiteral("dBC SPL slow"));
+    EXPECT_EQ(names.at(6).toString(), QStringLiteral("dBFS"));
+    EXPECT_FALSE(last["levels1"].contains(QLatin1String("x")));
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "engine/processing/ProcessorEngine.h"
 
-#include <algorithm>
 #include <memory>
 #include <thread>
 
@@ -50,15 +49,6 @@ protected:
         return handle;
     }
 
-    /// The names of the results that a signal of the buffer leads to.
-    std::vector<std::string> resultsOfASignal(std::size_t expected) {
-        delivered.clear();
-        support::capture(buffer, support::ramp(1, 3));
-        support::waitFor([&] { return delivered.size() >= expected; });
-        std::sort(delivered.begin(), delivered.end());
-        return delivered;
-    }
-
     /// Lines of the engine's own classes.
     Lines engineLines() const {
         Lines result;
@@ -76,7 +66,7 @@ protected:
     avb::AvbAudioBuffer buffer{"ch1", bufferConfig};
     process::WaveformConfig waveform{"waveform", 3};
     std::vector<std::unique_ptr<sonvex::ProcessConfiguration>> configurations;
-    std::vector<std::string> delivered;
+    Lines delivered;
     std::unique_ptr<engine::processing::ProcessorEngine> engine =
         std::make_unique<engine::processing::ProcessorEngine>();
 };
@@ -110,31 +100,6 @@ TEST_F(ProcessorEngine, logsTheLifeOfItsProcessorsInOrder) {
     EXPECT_EQ(1, log.count("threading::Worker::~Worker \"left\" DELETED"));
 }
 
-TEST_F(ProcessorEngine, runsOneProcessorPerChannelInTheCallersEventLoop) {
-    ProcessorHandle &second = add("b", 2);
-    ProcessorHandle &tenth = add("a", 10);
-    EXPECT_EQ("WaveformProcessor_" + mac + "_10", tenth.getUniqueId());
-    second.start();
-    EXPECT_TRUE(second.isProcessingActive());
-    EXPECT_FALSE(tenth.isProcessingActive());
-    EXPECT_EQ((std::vector<std::string>{"b"}), resultsOfASignal(1));
-    tenth.start();
-    EXPECT_EQ((std::vector<std::string>{"a", "b"}), resultsOfASignal(2));
-    log.clear();
-    engine->stop();
-    const Lines lines = log.lines(); // the processors' threads may log beside it
-    const auto placeOf = [&lines](const std::string &name) {
-        return std::find(lines.begin(), lines.end(), "D process::InternalClock::stop \"" + name + "\" Clock stopped");
-    };
-    EXPECT_NE(lines.end(), placeOf("a"));
-    EXPECT_LT(placeOf("a"), placeOf("b")) << "the least unique ID first";
-    EXPECT_FALSE(second.isProcessingActive());
-    EXPECT_FALSE(tenth.isProcessingActive());
-    EXPECT_TRUE(second.isHandleBound());
-    second.start();
-    EXPECT_EQ((std::vector<std::string>{"b"}), resultsOfASignal(1));
-}
-
 TEST_F(ProcessorEngine, refusesASecondProcessorForAChannelAndLeavesTheFirstAlone) {
     ProcessorHandle &handle = add("first", 1);
     handle.start();
@@ -149,7 +114,8 @@ TEST_F(ProcessorEngine, refusesASecondProcessorForAChannelAndLeavesTheFirstAlone
                     "configuration 'second' already exists\"  by processor unique ID:  \"" +
                     uniqueId + "\""},
               log.lines());
-    EXPECT_EQ((std::vector<std::string>{"first"}), resultsOfASignal(1));
+    support::capture(buffer, support::ramp(1, 3));
+    EXPECT_TRUE(support::waitFor([&] { return delivered == Lines{"first"}; }));
 }
 
 TEST_F(ProcessorEngine, refusesTypesWithoutADefinition) {

@@ -1,9 +1,7 @@
 #include <cmath>
 #include <complex>
 #include <cstdlib>
-#include <limits>
 #include <map>
-#include <string>
 #include <thread>
 #include <vector>
 

@@ -1,7 +1,6 @@
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <memory>
 #include <thread>
 
 #include <QSemaphore>

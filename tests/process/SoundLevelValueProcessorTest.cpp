@@ -165,20 +165,6 @@ TEST_F(SoundLevel, padsCutsAndCollectsAsItsAmountsSay) {
     EXPECT_EQ(levelsAfter(Samples(80, 0.0F)).size(), 1U);
 }
 
-TEST_F(SoundLevel, keepsItsAveragesAcrossAStop) {
-    run(480, 2880);
-    const Samples tone = sine(1000, 0.12); // 2 results
-    support::LevelModel model;
-    expectNear(levelsAfter(tone).at(1),
-               (model.measure({tone.begin(), tone.begin() + 2880}), model.measure({tone.begin() + 2880, tone.end()})),
-               1e-8);
-    (*processor)->stop();
-    EXPECT_TRUE(levelsAfter(tone).empty());
-    (*processor)->start();
-    const Samples quiet(2880, 0.0F);
-    expectNear(levelsAfter(quiet).at(0), model.measure(quiet), 1e-8);
-}
-
 TEST_F(SoundLevel, warnsAtEachTickOfAnInternalClockAndDeliversNothing) {
     config.setRefreshRate(5);
     config.setClockType("Internal clock");
