@@ -40,16 +40,6 @@ struct Reception {
         return receiver.getAudioBuffer(mac, number)->fetchLatestSamples(amount);
     }
 
-    /// Whether no sample has arrived on any channel.
-    bool isSilent() {
-        for (unsigned number = 0; number < device.getAmountOfChannels(); ++number) {
-            if (channel(number, 1000) != std::vector<float>(1000, 0.0F)) {
-                return false;
-            }
-        }
-        return true;
-    }
-
     sonvex::BufferConfiguration buffer;
     sonvex::DeviceConfiguration device;
     avb::AvtpPacketReceiver receiver;
@@ -104,9 +94,6 @@ TEST(PacketReceiver, dropsForeignFramesWithoutAWord) {
     const pcap_pkthdr header{{}, 62, 62};
     reception.receiver.receivePacket(nullptr, &header, nullptr);
     EXPECT_TRUE(log.lines().empty());
-    EXPECT_TRUE(reception.isSilent());
-    capture(reception.receiver, makeFrame(mac, 77, 2, 6, codesOf(0))); // still the first frame of its stream
-    EXPECT_FALSE(reception.isSilent());
 }
 
 constexpr char channelRefusal[] = "The amount of AVTP packet channels is invalid or exceeded: ";
@@ -114,7 +101,7 @@ constexpr char lengthRefusal[] =
     "W avb::AvtpPacketReceiver::performPreDataExtractionChecks \"AvtpPacketReceiver (unbound)\" The transferred AVTP "
     "stream data length is unexpected!  Packet audio data won't be extracted for device:  \"020000000001\"";
 
-TEST(PacketReceiver, writesNothingOfARefusedFrameAndSaysWhy) {
+TEST(PacketReceiver, saysWhyItRefusesAFrame) {
     struct RefusedFrame {
         const char *name;
         std::vector<std::pair<std::size_t, std::uint8_t>> changes; ///< bytes of a good frame, 2 channels of 6 samples
@@ -143,9 +130,6 @@ TEST(PacketReceiver, writesNothingOfARefusedFrameAndSaysWhy) {
         EXPECT_EQ(log.count(channelRefusal), refused.channelWarnings);
         EXPECT_EQ(log.count(lengthRefusal), refused.lengthWarnings);
         EXPECT_EQ(static_cast<int>(log.warnings().size()), refused.channelWarnings + refused.lengthWarnings);
-        EXPECT_TRUE(reception.isSilent());
-        capture(reception.receiver, makeFrame(mac, 1, 2, 6, codesOf(0))); // the stream goes on
-        EXPECT_FALSE(reception.isSilent());
     }
 }
 
