@@ -49,17 +49,6 @@ protected:
         return handle;
     }
 
-    /// Lines of the engine's own classes.
-    Lines engineLines() const {
-        Lines result;
-        for (const std::string &line : log.lines()) {
-            if (line.compare(2, 8, "engine::") == 0) {
-                result.push_back(line);
-            }
-        }
-        return result;
-    }
-
     support::LogRecorder log;
     QThread *testThread = QThread::currentThread();
     sonvex::BufferConfiguration bufferConfig{"buffer", 16, 3};
@@ -72,32 +61,29 @@ protected:
 };
 
 TEST_F(ProcessorEngine, logsTheLifeOfItsProcessorsInOrder) {
-    const std::string space = "engine::processing::";
+    const std::string space = "D engine::processing::";
     const std::string uniqueId = "\"WaveformProcessor_" + mac + "_200\"";
     add("left", 200);
-    EXPECT_EQ((Lines{"D " + space + "ProcessorFactory::ProcessorFactory Created!",
-                     "D " + space + "ProcessorHandleManager::ProcessorHandleManager Created!",
-                     "D " + space + "ProcessorEngine::ProcessorEngine Created",
-                     "D " + space + "ProcessorSocket::ProcessorSocket \"left\" Created!",
-                     "D " + space +
-                         "ProcessorEngine::addProcessor Successfully added new Processor instance ' \"left\" "
-                         "' for streaming device ' \"" +
-                         mac + "\" ' processing channel:  200",
-                     "D " + space + "ProcessorHandle::ProcessorHandle " + uniqueId + " Handle initialized!",
-                     "D " + space + "ProcessorHandleManager::addHandle Created new Processor handle with unique ID ' " +
-                         uniqueId + " ' and added to processor socket:  \"left\""}),
-              engineLines());
-    log.clear();
     engine->stop();
-    EXPECT_EQ(Lines{"D " + space + "ProcessorEngine::stop Processor engine stopped!"}, engineLines());
-    log.clear();
     engine.reset();
-    EXPECT_EQ((Lines{"D " + space + "ProcessorEngine::~ProcessorEngine Processor sockets cleared!",
-                     "D " + space + "ProcessorEngine::~ProcessorEngine Deleted!",
-                     "D " + space + "ProcessorHandleManager::~ProcessorHandleManager Processor handles cleared!",
-                     "D " + space + "ProcessorHandleManager::~ProcessorHandleManager Deleted!"}),
-              engineLines());
-    EXPECT_EQ(1, log.count("threading::Worker::~Worker \"left\" DELETED"));
+    const Lines lines = {space + "ProcessorFactory::ProcessorFactory Created!",
+                         space + "ProcessorHandleManager::ProcessorHandleManager Created!",
+                         space + "ProcessorEngine::ProcessorEngine Created",
+                         space + "ProcessorSocket::ProcessorSocket \"left\" Created!",
+                         space +
+                             "ProcessorEngine::addProcessor Successfully added new Processor instance ' \"left\" "
+                             "' for streaming device ' \"" +
+                             mac + "\" ' processing channel:  200",
+                         space + "ProcessorHandle::ProcessorHandle " + uniqueId + " Handle initialized!",
+                         space + "ProcessorHandleManager::addHandle Created new Processor handle with unique ID ' " +
+                             uniqueId + " ' and added to processor socket:  \"left\"",
+                         space + "ProcessorEngine::stop Processor engine stopped!",
+                         "D threading::Worker::~Worker \"left\" DELETED",
+                         space + "ProcessorEngine::~ProcessorEngine Processor sockets cleared!",
+                         space + "ProcessorEngine::~ProcessorEngine Deleted!",
+                         space + "ProcessorHandleManager::~ProcessorHandleManager Processor handles cleared!",
+                         space + "ProcessorHandleManager::~ProcessorHandleManager Deleted!"};
+    EXPECT_EQ(log.stepsOf(lines), lines);
 }
 
 TEST_F(ProcessorEngine, refusesASecondProcessorForAChannelAndLeavesTheFirstAlone) {

@@ -119,14 +119,6 @@ TEST(LiveAudio, losesTheDroppedPacketAndTheOneThatShowsTheGap) {
 
 TEST(LiveAudio, announcesAStreamToTheReceiverOfMessages) {
     ISonvex &facade = ISonvex::createInstance();
-    std::vector<std::string> seen;
-    const auto record = [&](const std::shared_ptr<sonvex::imessages::IBaseMessage> &message) {
-        const auto &change = dynamic_cast<sonvex::imessages::IChannelAmountChanged &>(*message);
-        seen.push_back(message->getName() + " " + message->getMessageId() + " " +
-                       std::to_string(change.getChannelAmountBefore()) + ">" +
-                       std::to_string(change.getChannelAmountAfter()) + " of " +
-                       std::to_string(change.getConfiguredChannelAmount()));
-    };
     Stream early(2);
     auto &handle = early.addWaveform(0);
     const Results results(handle);
@@ -136,15 +128,20 @@ TEST(LiveAudio, announcesAStreamToTheReceiverOfMessages) {
     early.send(packetsPerBlock);
     ASSERT_TRUE(results.wait(1)); // its announcement is gone, or still on the way of all messages
     Stream late(4);
-    facade.setMessageReceiver([&, record](const std::shared_ptr<sonvex::imessages::IBaseMessage> &message) {
+    std::shared_ptr<sonvex::imessages::IBaseMessage> seen;
+    facade.setMessageReceiver([&](const std::shared_ptr<sonvex::imessages::IBaseMessage> &message) {
         if (message->getMessageId() == late.mac) {
             facade.setMessageReceiver({}); // a receiver may end itself
-            record(message);
+            seen = message;
         }
     });
     late.send(1);
-    ASSERT_TRUE(waitFor([&] { return !seen.empty(); }));
-    EXPECT_EQ(seen.front(), "ChannelAmountChanged " + late.mac + " -1>4 of 4");
+    ASSERT_TRUE(waitFor([&] { return seen != nullptr; }));
+    const auto &change = dynamic_cast<sonvex::imessages::IChannelAmountChanged &>(*seen);
+    EXPECT_EQ(seen->getName(), "ChannelAmountChanged");
+    EXPECT_EQ(change.getChannelAmountBefore(), -1);
+    EXPECT_EQ(change.getChannelAmountAfter(), 4);
+    EXPECT_EQ(change.getConfiguredChannelAmount(), 4U);
     early.capture.stop();
 }
 

@@ -31,7 +31,6 @@ public:
 
     const std::string mac;
     const unsigned channels;
-    sonvex::IBufferConfiguration &buffer;
     sonvex::IDeviceConfiguration &device;
     sonvex::ihandles::INetworkReceiverHandle &capture;
 
