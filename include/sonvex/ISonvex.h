@@ -29,10 +29,11 @@ class IBaseMessage;
  * Threads: the host calls everything, the returned objects included, from the one thread that loaded the library,
  * and runs a Qt event loop on it; results, messages and the internal clock are delivered by that loop. Operations may
  * be called from within a callback or a message receiver. The library logs on its own threads too, never under a lock;
- * but what ends a thread waits for it (destroy(), removeProcessor(), the first addition after destroy(), a capture's
- * start() after its stop(), the end of the application object, unloading), so a log handler of the host's must not wait
- * for its thread meanwhile. The end of the application object stops all captures and processors, as their handles
- * would; with another application object they can be started again.
+ * but what ends a thread waits for it (destroy(), removeProcessor(), the first addition after destroy(), an addition
+ * that is refused, a capture's start() after its stop(), the end of the application object, unloading), so a log
+ * handler of the host's must not wait for its thread meanwhile. The end of the application object stops all captures
+ * and processors, as their handles would; with another application object they can be started again. What is set
+ * meanwhile without any, processors do not hear of.
  *
  * Ownership: the library owns everything that it returns. The host keeps references and deletes nothing.
  *

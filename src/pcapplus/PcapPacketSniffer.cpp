@@ -141,6 +141,13 @@ bool PcapPacketSniffer::setFilter(const std::string &expression, int optimise, s
     return filterEnabled;
 }
 
+void PcapPacketSniffer::requireFilter(const std::string &expression, int optimise, std::uint32_t netmask) {
+    if (!setFilter(expression, optimise, netmask)) {
+        warn("pcapplus::PcapPacketSniffer::requireFilter",
+             "The filter '" + expression + "' is refused! All frames are captured");
+    }
+}
+
 void PcapPacketSniffer::registerPacketReceiver(PcapPacketReceiverBase &receiver) {
     PacketHandlerSlot::instance().set(receiver.getPacketHandler());
     receiver.bindToDevice(deviceInfo.getSystemDeviceNumber());
@@ -165,9 +172,10 @@ void PcapPacketSniffer::start() {
     }
     const std::string text = "Start listening";
     logging::debug(context, snifferName, text);
+    const auto started = statusOf(information, text); // nothing may fail once the capture runs
     running = launch(GatheredFrames::Skip);
     if (running) {
-        report(information, text);
+        Q_EMIT message(started);
     }
 }
 
@@ -213,7 +221,11 @@ void PcapPacketSniffer::warn(const char *context, const std::string &text) {
 }
 
 void PcapPacketSniffer::report(const char *type, const std::string &text) {
-    Q_EMIT message(sonvex::StatusMessage(snifferName, type, "PcapPacketSniffer", text));
+    Q_EMIT message(statusOf(type, text));
+}
+
+sonvex::StatusMessage PcapPacketSniffer::statusOf(const char *type, const std::string &text) const {
+    return {snifferName, type, "PcapPacketSniffer", text};
 }
 
 void PcapPacketSniffer::closeAdapter() {
@@ -234,7 +246,7 @@ void PcapPacketSniffer::reopenAdapter() {
                   settings.timeoutMilliseconds) &&
         filter) {
         const Filter earlier = *filter;
-        setFilter(earlier.expression, earlier.optimise, earlier.netmask);
+        requireFilter(earlier.expression, earlier.optimise, earlier.netmask);
     }
 }
 

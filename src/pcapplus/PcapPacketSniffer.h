@@ -7,7 +7,7 @@
 #include <QObject>
 
 #include "core/data/StringOverloadBase.h"
-#include "core/messages/BaseMessage.h"
+#include "core/messages/StatusMessage.h"
 #include "pcapplus/PcapDeviceInfo.h"
 #include "pcapplus/openAdapter.h"
 
@@ -43,6 +43,8 @@ public:
     PcapDeviceInfo getDeviceInfoCopy() const;
     /// Sets a capture filter, on a running capture too. A failure leaves the earlier filter in place.
     bool setFilter(const std::string &expression, int optimise, std::uint32_t netmask);
+    /// The same, with a warning if the capture has to do without.
+    void requireFilter(const std::string &expression, int optimise, std::uint32_t netmask);
     /// Makes @p receiver the process's one target of captured frames. Has to outlive its stay there.
     void registerPacketReceiver(PcapPacketReceiverBase &receiver);
     /// Returns once no capture loop of this sniffer is left. For a running capture, call stop() first.
@@ -71,6 +73,7 @@ private:
 
     void warn(const char *context, const std::string &text);
     void report(const char *type, const std::string &text);
+    sonvex::StatusMessage statusOf(const char *type, const std::string &text) const;
     void closeAdapter();
     /// Whether the adapter was open once and no capture can go on with that.
     bool isAdapterLost() const;

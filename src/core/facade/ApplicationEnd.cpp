@@ -16,8 +16,9 @@ ApplicationEnd::~ApplicationEnd() {
 }
 
 void ApplicationEnd::await() {
-    if (!awaited.exchange(true)) {
-        qAddPostRoutine(arrive);
+    if (!awaited) {
+        qAddPostRoutine(arrive); // may find no memory
+        awaited = true;
     }
 }
 

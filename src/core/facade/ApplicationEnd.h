@@ -15,8 +15,8 @@ public:
     ApplicationEnd(const ApplicationEnd &) = delete;
     ApplicationEnd &operator=(const ApplicationEnd &) = delete;
 
-    /// For the application object that there is, or the next one: each end of one takes the request along. On any
-    /// thread.
+    /// For the application object that there is, or the next one: each end of one takes the request along. On the
+    /// library's thread.
     void await();
 
 private:

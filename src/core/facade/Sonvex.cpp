@@ -110,6 +110,9 @@ void Sonvex::pauseRun() {
         stopRun();
         streamingEngine.settle();
         processorEngine.settle();
+        // Comes with the next application object's events: what a host sets then goes to threads again.
+        QMetaObject::invokeMethod(
+            this, [this] { applicationEnd.await(); }, Qt::QueuedConnection);
     }
 }
 

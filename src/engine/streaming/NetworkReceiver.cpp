@@ -22,7 +22,7 @@ NetworkReceiver::NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std
       handle(std::make_unique<NetworkReceiverHandle>(
           deviceInfo.getSystemDeviceName(), [this] { return isRunning(); }, std::move(run), nullptr)) {
     if (!filterExpression.empty()) {
-        setFilter(filterExpression, optimiseFilter, unknownNetmask);
+        requireFilter(filterExpression, optimiseFilter, unknownNetmask);
     }
     registerPacketReceiver(*this);
     // With the controller as their context, the connections end with this object; the handle may stay.
@@ -51,7 +51,6 @@ std::string NetworkReceiver::toString() const {
 }
 
 void NetworkReceiver::settle() {
-    waitForCaptureEnd();
     controller.settle();
 }
 

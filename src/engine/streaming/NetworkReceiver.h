@@ -29,7 +29,7 @@ public:
     NetworkReceiverHandle &getHandle() { return *handle; }
     bool isThreadRunning() const { return controller.isThreadRunning(); }
 
-    /// Returns once the capture's loop has ended and nothing is queued here. It has to be stopped before.
+    /// Returns once nothing is queued here. No capture may go on, as each reaches every receiver.
     void settle();
     /// For the end of the run: no capture is left, the adapter is closed, and no configuration is read any more.
     void retire();

@@ -116,12 +116,16 @@ void StreamingEngine::stop() {
 }
 
 void StreamingEngine::settle() {
+    for (const auto &entry : networkReceivers) { // each may bring frames to any receiver
+        entry.second->waitForCaptureEnd();
+    }
     for (const auto &entry : networkReceivers) {
         entry.second->settle();
     }
 }
 
 void StreamingEngine::retire() {
+    settle();
     for (const auto &entry : networkReceivers) {
         entry.second->retire();
     }

@@ -33,7 +33,7 @@ class MovingAverage : public QObject {
     Q_OBJECT
 
 public:
-    /// @param config, @param bufferConfiguration not owned; have to outlive the averager
+    /// @param config, @param bufferConfiguration not owned; have to stay until it is retired
     MovingAverage(std::string name, SpectrumConfig *config, sonvex::BufferConfiguration *bufferConfiguration,
                   QObject *parent);
 
