@@ -47,9 +47,10 @@ void receiveFrames(benchmark::State &state, unsigned channels, unsigned samples)
     avb::AvtpPacketReceiver receiver(2, nullptr);
     receiver.addStreamingDevice(mac, stream.device);
     std::uint8_t next = 0;
+    pcap_pkthdr header{};
     for (auto _ : state) {
         const talker::AafFrame &frame = *stream.frames[next++];
-        pcap_pkthdr header{};
+        header.ts.tv_usec = (header.ts.tv_usec + 125) % 1'000'000; // 8000 frames a second
         header.caplen = header.len = static_cast<bpf_u_int32>(frame.size());
         receiver.receivePacket(nullptr, &header, frame.data());
     }

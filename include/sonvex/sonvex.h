@@ -2,6 +2,7 @@
 
 // Everything a host needs.
 
+#include <sonvex/IAdapterFacts.h>
 #include <sonvex/IBaseMessage.h>
 #include <sonvex/IBufferConfiguration.h>
 #include <sonvex/IChannelAmountChanged.h>
@@ -21,6 +22,7 @@
 #include <sonvex/ISpectrumConfig.h>
 #include <sonvex/IStatusMessage.h>
 #include <sonvex/IStreamConfiguration.h>
+#include <sonvex/IStreamFacts.h>
 #include <sonvex/IVectorData.h>
 #include <sonvex/IVersionInfo.h>
 #include <sonvex/IWaveformConfig.h>

@@ -4,9 +4,10 @@
 
 namespace avb {
 
-AvtpFrame::AvtpFrame(const std::uint8_t *bytes, std::uint32_t wireLength, std::uint32_t capturedLength)
+AvtpFrame::AvtpFrame(const std::uint8_t *bytes, std::uint32_t wireLength, std::uint32_t capturedLength,
+                     std::int64_t captureTime)
     : bytes(bytes), headerLength(bytes == nullptr ? 0 : std::min(wireLength, capturedLength)),
-      capturedLength(bytes == nullptr ? 0 : capturedLength) {}
+      capturedLength(bytes == nullptr ? 0 : capturedLength), time(captureTime) {}
 
 bool AvtpFrame::isFrom(const MacAddress &source) const {
     return holds(sourceMacOffset, 6) && std::equal(source.begin(), source.end(), bytes + sourceMacOffset);

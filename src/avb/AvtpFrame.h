@@ -20,13 +20,18 @@ public:
         sourceMacOffset = 6,
         subtypeOffset = 14,
         sequenceNumberOffset = 16,
+        formatOffset = 30,
         channelAmountOffset = 32,
         dataLengthOffset = 34,
         samplesOffset = 38
     };
 
     /// A null @p bytes counts as a frame of length 0.
-    AvtpFrame(const std::uint8_t *bytes, std::uint32_t wireLength, std::uint32_t capturedLength);
+    /// @param captureTime microseconds since 1970
+    AvtpFrame(const std::uint8_t *bytes, std::uint32_t wireLength, std::uint32_t capturedLength,
+              std::int64_t captureTime = 0);
+
+    std::int64_t captureTime() const { return time; }
 
     /// The bytes that count for the header: those that were on the wire and were captured.
     std::uint32_t length() const { return headerLength; }
@@ -46,6 +51,7 @@ private:
     const std::uint8_t *bytes;
     std::uint32_t headerLength;
     std::uint32_t capturedLength;
+    std::int64_t time;
 };
 
 } // namespace avb

@@ -1,5 +1,7 @@
 #include "avb/AvtpPacketBoundaryChecker.h"
 
+#include <utility>
+
 #include "core/logging/Log.h"
 #include "core/messages/ChannelAmountChanged.h"
 #include "core/messages/MessageTexts.h"
@@ -7,8 +9,10 @@
 namespace avb {
 
 AvtpPacketBoundaryChecker::AvtpPacketBoundaryChecker(const std::string &streamingDeviceMac,
-                                                     std::uint32_t maximumChannelAmount, QObject *parent)
-    : QObject(parent), streamingDeviceMac(streamingDeviceMac), maximumChannelAmount(maximumChannelAmount) {
+                                                     std::uint32_t maximumChannelAmount, QObject *parent,
+                                                     std::shared_ptr<facts::StreamFacts> facts)
+    : QObject(parent), facts(std::move(facts)), streamingDeviceMac(streamingDeviceMac),
+      maximumChannelAmount(maximumChannelAmount) {
     logging::debug("avb::AvtpPacketBoundaryChecker::AvtpPacketBoundaryChecker", streamingDeviceMac, "Initialized");
 }
 
@@ -20,6 +24,7 @@ std::int32_t AvtpPacketBoundaryChecker::checkChannelAmount(std::int32_t maximum)
     if (deliveredChannelAmount >= 1 && deliveredChannelAmount <= maximum) {
         return deliveredChannelAmount;
     }
+    facts->refused(sonvex::FrameRefusal::ChannelAmount);
     logging::warning("avb::AvtpPacketBoundaryChecker::checkChannelAmount", streamingDeviceMac,
                      "The amount of AVTP packet channels is invalid or exceeded: ", "Maximum allowed channel amount: ",
                      maximum, ", AVTP packet amount: ", deliveredChannelAmount);

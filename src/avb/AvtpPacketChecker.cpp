@@ -1,13 +1,15 @@
 #include "avb/AvtpPacketChecker.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "core/logging/Log.h"
 
 namespace avb {
 
-AvtpPacketChecker::AvtpPacketChecker(const std::string &sourceMac, std::uint32_t maximumChannelAmount, QObject *parent)
-    : AvtpPacketBoundaryChecker(sourceMac, maximumChannelAmount, parent) {
+AvtpPacketChecker::AvtpPacketChecker(const std::string &sourceMac, std::uint32_t maximumChannelAmount, QObject *parent,
+                                     std::shared_ptr<facts::StreamFacts> facts)
+    : AvtpPacketBoundaryChecker(sourceMac, maximumChannelAmount, parent, std::move(facts)) {
     setSourceMacAddress(sourceMac);
     logging::debug("avb::AvtpPacketChecker::AvtpPacketChecker", sourceMacText, "Initialized");
 }
@@ -38,32 +40,54 @@ bool AvtpPacketChecker::isPacketConform(const AvtpFrame &frame) const {
 bool AvtpPacketChecker::isSequenceNrInOrder(const AvtpFrame &frame) {
     const bool headerComplete = readDeclaredFields(frame);
     const std::uint8_t received = frame.byteAt(AvtpFrame::sequenceNumberOffset);
+    if (!headerComplete) {
+        streamFacts().refused(sonvex::FrameRefusal::IncompleteHeader);
+    }
+    const bool numbered = frame.holds(AvtpFrame::sequenceNumberOffset, 1);
     if (firstPacket) {
         firstPacket = false;
-        lastSequenceNumber = received;
+        lastSequenceNumber = newestHeard = received;
         return headerComplete;
     }
     if (!headerComplete) {
+        newestHeard = numbered ? received : newestHeard;
         return false;
     }
     const auto expected = static_cast<std::uint8_t>(lastSequenceNumber + 1);
     lastSequenceNumber = received;
     if (received == expected) {
+        newestHeard = received;
         return true;
     }
+    countGap(received);
     logging::debug("avb::AvtpPacketChecker::isSequenceNrInOrder", sourceMacText, "Sequence Order number out of range! ",
                    " Expected: ", expected, " Received: ", received);
     return false;
 }
 
+void AvtpPacketChecker::countGap(std::uint8_t received) {
+    const auto skipped = static_cast<std::uint8_t>(received - newestHeard - 1);
+    if (facts::StreamFacts::isLate(skipped)) {
+        streamFacts().gappedByLateFrame();
+    } else {
+        streamFacts().gapped(skipped);
+        newestHeard = received;
+    }
+}
+
 bool AvtpPacketChecker::readDeclaredFields(const AvtpFrame &frame) {
+    const int format = frame.holds(AvtpFrame::formatOffset, 1) ? frame.byteAt(AvtpFrame::formatOffset) : -1;
     if (!frame.holds(AvtpFrame::channelAmountOffset, 1)) {
+        streamFacts().declared(format, -1, -1);
         setAmountOfDeliveredAvtpPacketChannels(-1);
         return false;
     }
-    setAmountOfDeliveredAvtpPacketChannels(frame.byteAt(AvtpFrame::channelAmountOffset));
+    const int channelAmount = frame.byteAt(AvtpFrame::channelAmountOffset);
     const bool headerComplete = frame.holds(AvtpFrame::dataLengthOffset, 2);
-    setLengthOfDeliveredAvtpPacketData(headerComplete ? frame.dataLength() : -1);
+    const int dataLength = headerComplete ? frame.dataLength() : -1;
+    streamFacts().declared(format, channelAmount, dataLength);
+    setAmountOfDeliveredAvtpPacketChannels(channelAmount);
+    setLengthOfDeliveredAvtpPacketData(dataLength);
     return headerComplete;
 }
 

@@ -11,7 +11,8 @@ class AvtpPacketChecker : public AvtpPacketBoundaryChecker {
 
 public:
     /// @param sourceMac 12 hexadecimal digits; another length warns, and leaves a checker that no real frame passes
-    AvtpPacketChecker(const std::string &sourceMac, std::uint32_t maximumChannelAmount, QObject *parent);
+    AvtpPacketChecker(const std::string &sourceMac, std::uint32_t maximumChannelAmount, QObject *parent,
+                      std::shared_ptr<facts::StreamFacts> facts = std::make_shared<facts::StreamFacts>());
     ~AvtpPacketChecker() override;
 
     /// Each pair of characters is read as strtol reads it with base 16, so what is no digit counts as 0.
@@ -22,11 +23,13 @@ public:
 
 private:
     bool readDeclaredFields(const AvtpFrame &frame);
+    void countGap(std::uint8_t received);
 
     std::string sourceMacText;
     AvtpFrame::MacAddress sourceMac{};
     bool firstPacket = true;
     std::uint8_t lastSequenceNumber = 0;
+    std::uint8_t newestHeard = 0; ///< of all frames, also those that were cut; not of late ones
 };
 
 } // namespace avb

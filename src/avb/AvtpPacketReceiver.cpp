@@ -10,6 +10,7 @@
 
 #include "core/configuration/DeviceConfiguration.h"
 #include "core/logging/Log.h"
+#include "pcapplus/CapturingAdapter.h"
 
 namespace avb {
 
@@ -38,7 +39,8 @@ AvtpPacketReceiver::~AvtpPacketReceiver() {
     streamTables.clear();
 }
 
-void AvtpPacketReceiver::addStreamingDevice(const std::string &mac, sonvex::DeviceConfiguration &configuration) {
+void AvtpPacketReceiver::addStreamingDevice(const std::string &mac, sonvex::DeviceConfiguration &configuration,
+                                            const std::shared_ptr<facts::StreamFacts> &facts) {
     static constexpr char context[] = "avb::AvtpPacketReceiver::addStreamingDevice";
     const BufferAvailability availability = checkBufferAvailability(mac);
     if (availability.available) {
@@ -57,7 +59,7 @@ void AvtpPacketReceiver::addStreamingDevice(const std::string &mac, sonvex::Devi
         logging::refuse<exceptions::InstanceNotCreateable>(context, text, getName());
     };
     try {
-        publish(mac, configuration);
+        publish(mac, configuration, facts);
     } catch (const std::bad_alloc &) {
         refuse();
     } catch (const std::length_error &) { // an amount beyond all memory
@@ -65,9 +67,10 @@ void AvtpPacketReceiver::addStreamingDevice(const std::string &mac, sonvex::Devi
     }
 }
 
-void AvtpPacketReceiver::publish(const std::string &mac, sonvex::DeviceConfiguration &configuration) {
+void AvtpPacketReceiver::publish(const std::string &mac, sonvex::DeviceConfiguration &configuration,
+                                 const std::shared_ptr<facts::StreamFacts> &facts) {
     const unsigned int channels = configuration.getAmountOfChannels();
-    Stream stream{std::make_shared<AvtpPacketChecker>(mac, channels, nullptr), &configuration, {}};
+    Stream stream{std::make_shared<AvtpPacketChecker>(mac, channels, nullptr, facts), &configuration, {}};
     connect(stream.checker.get(), &AvtpPacketChecker::message, this, &AvtpPacketReceiver::message);
     for (unsigned int channel = 0; channel < channels; ++channel) {
         stream.buffers.push_back(std::make_shared<AvbAudioBuffer>(mac + "_Ch" + std::to_string(channel),
@@ -80,6 +83,7 @@ void AvtpPacketReceiver::publish(const std::string &mac, sonvex::DeviceConfigura
     table->channelSamples.resize(
         std::max<std::size_t>(streams().channelSamples.size(), std::min(samplesPerChannel, maximumDataLength)));
     streamTables.push_back(std::move(table));
+    facts->begin(); // when nothing can fail any more
     publishedStreams.store(streamTables.back().get(), std::memory_order_release);
 }
 
@@ -114,8 +118,10 @@ void AvtpPacketReceiver::retire() {
 }
 
 void AvtpPacketReceiver::receivePacket(u_char * /*user*/, const pcap_pkthdr *header, const u_char *bytes) {
-    const AvtpFrame frame(bytes, header->len, header->caplen);
+    const AvtpFrame frame(bytes, header->len, header->caplen,
+                          std::int64_t{header->ts.tv_sec} * 1'000'000 + header->ts.tv_usec);
     if (!frame.holds(AvtpFrame::subtypeOffset, 1) || frame.byteAt(AvtpFrame::subtypeOffset) != avtpSubtype) {
+        pcapplus::CapturingAdapter::countFrameOfNoStream();
         return;
     }
     const std::lock_guard<std::mutex> lock(frameMutex);
@@ -124,10 +130,13 @@ void AvtpPacketReceiver::receivePacket(u_char * /*user*/, const pcap_pkthdr *hea
 
 void AvtpPacketReceiver::extractAvtpPacketData(const AvtpFrame &frame) {
     const StreamTable &table = streams();
+    bool known = false;
     for (const auto &[mac, stream] : table.byMac) {
         if (!stream.checker->isPacketConform(frame)) {
             continue;
         }
+        known = true;
+        stream.checker->streamFacts().arrived(frame.captureTime(), arrivalClock.steadyTime(frame.captureTime()));
         if (stream.checker->isSequenceNrInOrder(frame)) {
             writeSamples(frame, mac, stream, table.channelSamples.data());
             return;
@@ -135,6 +144,9 @@ void AvtpPacketReceiver::extractAvtpPacketData(const AvtpFrame &frame) {
         ++missedPackets;
         logging::warning("avb::AvtpPacketReceiver::extractAvtpPacketData", getName(),
                          "Packets missed: ", missedPackets);
+    }
+    if (!known) {
+        pcapplus::CapturingAdapter::countFrameOfNoStream();
     }
 }
 
@@ -173,6 +185,9 @@ std::int32_t AvtpPacketReceiver::checkStream(const std::string &mac, const Strea
     const std::uint64_t bytesPerChannel =
         std::min(std::uint64_t{samplesPerChannel} * bytesPerSample, maximumDataLength + 1);
     if (!stream.checker->checkDataLength(static_cast<std::uint64_t>(channels) * bytesPerChannel)) {
+        if (channels != 0) { // or the frame is refused for that
+            stream.checker->streamFacts().refused(sonvex::FrameRefusal::DataLength);
+        }
         refuseDataLength(mac);
         return 0;
     }
@@ -194,13 +209,16 @@ void AvtpPacketReceiver::writeSamples(const AvtpFrame &frame, const std::string 
     if (channels == 0) {
         return;
     }
+    facts::StreamFacts &facts = stream.checker->streamFacts();
     const std::size_t stride = channels * bytesPerSample;
     const std::uint64_t dataLength = std::uint64_t{stride} * samplesPerChannel;
     if (dataLength == 0) {
+        facts.taken();
         return; // a configuration without width or samples: there is nothing in the frame
     }
     const std::uint8_t *bytes = frame.samples(dataLength);
     if (bytes == nullptr) {
+        facts.refused(sonvex::FrameRefusal::IncompleteSamples);
         refuseDataLength(mac);
         return;
     }
@@ -209,6 +227,7 @@ void AvtpPacketReceiver::writeSamples(const AvtpFrame &frame, const std::string 
                                      channelSamples);
         stream.buffers[channel]->writeSamples(channelSamples, samplesPerChannel);
     }
+    facts.taken();
 }
 
 const AvtpPacketReceiver::Stream *AvtpPacketReceiver::findStream(const std::string &mac) const {

@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "avb/ArrivalClock.h"
 #include "avb/AvbAudioBuffer.h"
 #include "avb/AvbToFloatSampleConverter.h"
 #include "avb/AvtpFrame.h"
 #include "avb/AvtpPacketChecker.h"
+#include "core/facts/StreamFacts.h"
 #include "core/messages/BaseMessage.h"
 #include "pcapplus/PcapPacketReceiverBase.h"
 #include "threading/Worker.h"
@@ -48,10 +50,12 @@ public:
     /**
      * @param mac the stream's source address as 12 hexadecimal digits; the key of the stream, letter for letter
      * @param configuration not owned; has to live as long as frames of the stream can arrive
+     * @param facts not null; what becomes of the stream's frames is counted there, from the start
      * @throws exceptions::InstanceAlreadyExists for a stream that was added before
      * @throws exceptions::InstanceNotCreateable for a device without channels, or with more than there is memory for
      */
-    void addStreamingDevice(const std::string &mac, sonvex::DeviceConfiguration &configuration);
+    void addStreamingDevice(const std::string &mac, sonvex::DeviceConfiguration &configuration,
+                            const std::shared_ptr<facts::StreamFacts> &facts = std::make_shared<facts::StreamFacts>());
     /// The buffer of a channel, counted from 0; owned by this receiver. @throws exceptions::ResourceNotAvailable
     AvbAudioBuffer *getAudioBuffer(const std::string &mac, unsigned int channelNumber) const;
     BufferAvailability checkBufferAvailability(const std::string &mac) const;
@@ -92,7 +96,8 @@ private:
     };
 
     const StreamTable &streams() const { return *publishedStreams.load(std::memory_order_acquire); }
-    void publish(const std::string &mac, sonvex::DeviceConfiguration &configuration);
+    void publish(const std::string &mac, sonvex::DeviceConfiguration &configuration,
+                 const std::shared_ptr<facts::StreamFacts> &facts);
     const Stream *findStream(const std::string &mac) const;
     std::int32_t checkStream(const std::string &mac, const Stream &stream, std::uint32_t maximumChannelAmount,
                              std::uint32_t samplesPerChannel, std::uint32_t bytesPerSample) const;
@@ -103,8 +108,9 @@ private:
     std::vector<std::unique_ptr<const StreamTable>> streamTables;
     std::atomic<const StreamTable *> publishedStreams;
 
-    std::mutex frameMutex;           ///< guards missedPackets and the state of all checkers; captures alone take it
+    std::mutex frameMutex; ///< guards missedPackets, the clock and the state of all checkers; captures alone take it
     std::uint32_t missedPackets = 0; ///< of all streams together
+    ArrivalClock arrivalClock;
 
     std::uint8_t avtpSubtype;
     AvbToFloatSampleConverter sampleConverter;

@@ -6,15 +6,18 @@
 
 namespace pcapplus {
 
-CaptureRun::CaptureRun(const std::string &name, pcap_t *handle, GatheredFrames gathered) : handle(handle) {
+CaptureRun::CaptureRun(const std::string &name, pcap_t *handle, GatheredFrames gathered,
+                       std::shared_ptr<facts::AdapterFacts> facts)
+    : handle(handle) {
     timeval launch{};
     if (gathered == GatheredFrames::Skip) {
         gettimeofday(&launch, nullptr);
     }
-    thread = std::thread([this, name = name, launch]() mutable { // with all memory that it needs to begin
-        RunPcapEventLoop loop(std::move(name), this->handle, launch);
-        failed = !loop.run();
-    });
+    thread = std::thread(
+        [this, name = name, launch, facts = std::move(facts)]() mutable { // with all memory that it needs to begin
+            RunPcapEventLoop loop(std::move(name), this->handle, launch, *facts);
+            failed = !loop.run();
+        });
 }
 
 CaptureRun::~CaptureRun() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -19,7 +20,9 @@ class CaptureRun {
 public:
     /// @param handle an open adapter; has to stay open until this is gone
     /// @throws std::system_error if the system gives no thread; then there is nothing to end
-    CaptureRun(const std::string &name, pcap_t *handle, GatheredFrames gathered);
+    /// @param facts of the adapter, which the loop writes
+    CaptureRun(const std::string &name, pcap_t *handle, GatheredFrames gathered,
+               std::shared_ptr<facts::AdapterFacts> facts);
     /// Breaks the loop and waits for its end.
     ~CaptureRun();
     CaptureRun(const CaptureRun &) = delete;

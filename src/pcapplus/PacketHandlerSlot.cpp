@@ -5,10 +5,12 @@
 
 #include "core/logging/HeldLines.h"
 #include "core/logging/Log.h"
+#include "pcapplus/CapturingAdapter.h"
 
 namespace pcapplus {
 
 void dummyPacketHandler(u_char * /*user*/, const pcap_pkthdr * /*header*/, const u_char * /*bytes*/) {
+    CapturingAdapter::countFrameOfNoStream();
     logging::warning("dummyPacketHandler", "Pcap++ callback not bound! Please call method 'registerCallback'",
                      "to bind a valid receiver!");
 }

@@ -49,9 +49,12 @@ private:
 } // namespace
 
 PcapPacketSniffer::PcapPacketSniffer(const PcapDeviceInfo &deviceInfo, int snapLength, int promiscuous,
-                                     int timeoutMilliseconds, QObject *parent)
-    : QObject(parent), snifferName("PcapPacketSniffer (eth" + std::to_string(deviceInfo.getSystemDeviceNumber()) + ")"),
+                                     int timeoutMilliseconds, QObject *parent,
+                                     std::shared_ptr<facts::AdapterFacts> adapterFacts)
+    : QObject(parent), facts(std::move(adapterFacts)),
+      snifferName("PcapPacketSniffer (eth" + std::to_string(deviceInfo.getSystemDeviceNumber()) + ")"),
       deviceInfo(deviceInfo) {
+    facts->begin();
     configure(deviceInfo, snapLength, promiscuous, timeoutMilliseconds);
 }
 
@@ -82,6 +85,7 @@ bool PcapPacketSniffer::configure(const PcapDeviceInfo &device, int snapLength, 
     adapterIndex = if_nametoindex(deviceInfo.getSystemDeviceName().c_str());
     adapter = openAdapter(deviceInfo.getSystemDeviceName(), settings, error);
     configured = adapter != nullptr;
+    facts->startFailed(configured ? "" : error);
     opened = opened || configured;
     const std::string text = configured ? "Successfully configured adapter number " + number
                                         : "Unable to open the adapter number " + number + ". Error message: " + error;
@@ -187,6 +191,8 @@ void PcapPacketSniffer::stop() {
     }
     running = false;
     captureRun->breakLoop();
+    facts->captureStopped();
+    facts->countDropsWith({});
     const std::string text = "Stop listening";
     logging::debug(context, snifferName, text);
     report(information, text);
@@ -229,6 +235,7 @@ sonvex::StatusMessage PcapPacketSniffer::statusOf(const char *type, const std::s
 }
 
 void PcapPacketSniffer::closeAdapter() {
+    facts->countDropsWith({});
     captureRun.reset();
     adapter.reset();
 }
@@ -252,12 +259,22 @@ void PcapPacketSniffer::reopenAdapter() {
 
 bool PcapPacketSniffer::launch(GatheredFrames gathered) {
     captureRun.reset();
+    facts->captureStarted(); // before the capture can say that it has failed
     try {
-        captureRun = std::make_unique<CaptureRun>(snifferName, adapter.get(), gathered);
+        captureRun = std::make_unique<CaptureRun>(snifferName, adapter.get(), gathered, facts);
     } catch (const std::exception &refusal) {
+        facts->captureStopped();
+        facts->startFailed(refusal.what());
         warn("pcapplus::PcapPacketSniffer::launch",
              std::string("The system refused a thread for the capture! Error message: ") + refusal.what());
         return false;
+    }
+    if (gathered == GatheredFrames::Skip) { // or the counting goes on
+        facts->countDropsWith([handle = adapter.get(), drops = std::uint32_t{0}]() mutable {
+            pcap_stat statistics{};
+            drops = pcap_stats(handle, &statistics) == 0 ? statistics.ps_drop : drops;
+            return drops;
+        });
     }
     return true;
 }

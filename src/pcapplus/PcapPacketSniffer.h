@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include "core/data/StringOverloadBase.h"
+#include "core/facts/AdapterFacts.h"
 #include "core/messages/StatusMessage.h"
 #include "pcapplus/PcapDeviceInfo.h"
 #include "pcapplus/openAdapter.h"
@@ -30,9 +31,10 @@ class PcapPacketSniffer : public QObject, public StringOverloadBase {
     Q_OBJECT
 
 public:
-    /// Opens the adapter; see configure().
+    /// Opens the adapter; see configure(). @param facts not null; the adapter's, from the start
     PcapPacketSniffer(const PcapDeviceInfo &deviceInfo, int snapLength, int promiscuous, int timeoutMilliseconds,
-                      QObject *parent);
+                      QObject *parent,
+                      std::shared_ptr<facts::AdapterFacts> facts = std::make_shared<facts::AdapterFacts>());
     /// Empties the process-wide packet handler slot, ends the capture and closes the adapter.
     ~PcapPacketSniffer() override;
 
@@ -81,6 +83,7 @@ private:
     /// @return false, with a warning, if the system gives no thread
     bool launch(GatheredFrames gathered);
 
+    std::shared_ptr<facts::AdapterFacts> facts;
     std::string snifferName;
     PcapDeviceInfo deviceInfo;
     AdapterSettings settings{};

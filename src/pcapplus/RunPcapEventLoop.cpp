@@ -6,7 +6,9 @@
 
 #include <sys/time.h>
 
+#include "core/facts/AdapterFacts.h"
 #include "core/logging/Log.h"
+#include "pcapplus/CapturingAdapter.h"
 #include "pcapplus/PacketHandlerSlot.h"
 
 namespace pcapplus {
@@ -19,6 +21,7 @@ struct Gathered {
     timeval launch;
     std::chrono::steady_clock::time_point patience;
     bool skipping;
+    facts::AdapterFacts &facts;
 };
 
 void forwardFromLaunchOn(u_char *user, const pcap_pkthdr *header, const u_char *bytes) {
@@ -35,12 +38,13 @@ void forwardFromLaunchOn(u_char *user, const pcap_pkthdr *header, const u_char *
     } catch (const std::bad_alloc &) { // which must not reach libpcap's frames
         logging::warning("pcapplus::RunPcapEventLoop::run", "No memory for what a frame leads to!");
     }
+    gathered.facts.frameSeen();
 }
 
 } // namespace
 
-RunPcapEventLoop::RunPcapEventLoop(std::string name, pcap_t *handle, timeval launch)
-    : name(std::move(name)), handle(handle), launch(launch) {}
+RunPcapEventLoop::RunPcapEventLoop(std::string name, pcap_t *handle, timeval launch, facts::AdapterFacts &facts)
+    : name(std::move(name)), handle(handle), launch(launch), facts(facts) {}
 
 RunPcapEventLoop::~RunPcapEventLoop() {
     logging::debug("pcapplus::RunPcapEventLoop::~RunPcapEventLoop", name, "Released!");
@@ -51,9 +55,11 @@ bool RunPcapEventLoop::run() {
     logging::debug(context, name, "PCAP listener active");
     // The kernel fills the ring from the moment that the adapter is open, and drops what comes once it is full: a loop
     // that began with these frames would deliver the past, and then a gap.
-    Gathered gathered{launch, std::chrono::steady_clock::now() + std::chrono::seconds(1), timerisset(&launch)};
+    Gathered gathered{launch, std::chrono::steady_clock::now() + std::chrono::seconds(1), timerisset(&launch), facts};
+    const CapturingAdapter adapter(facts);
     const bool failed = pcap_loop(handle, 0, forwardFromLaunchOn, reinterpret_cast<u_char *>(&gathered)) == PCAP_ERROR;
     if (failed) {
+        facts.captureFailed(pcap_geterr(handle));
         logging::warning(context, name, "The capture ended by itself! Error message: ", pcap_geterr(handle));
     }
     logging::debug(context, name, "PCAP listener INACTIVE");

@@ -4,6 +4,10 @@
 
 #include <pcap/pcap.h>
 
+namespace facts {
+class AdapterFacts;
+} // namespace facts
+
 namespace pcapplus {
 
 /// Whether frames count that the open adapter gathered before the loop was launched.
@@ -14,7 +18,8 @@ class RunPcapEventLoop {
 public:
     /// @param handle an open adapter; has to stay open until the task is gone
     /// @param launch frames from before are skipped; zero if none are
-    RunPcapEventLoop(std::string name, pcap_t *handle, timeval launch);
+    /// @param facts of the adapter; have to outlive the task
+    RunPcapEventLoop(std::string name, pcap_t *handle, timeval launch, facts::AdapterFacts &facts);
     ~RunPcapEventLoop();
     RunPcapEventLoop(const RunPcapEventLoop &) = delete;
     RunPcapEventLoop &operator=(const RunPcapEventLoop &) = delete;
@@ -27,6 +32,7 @@ private:
     const std::string name;
     pcap_t *handle;
     timeval launch;
+    facts::AdapterFacts &facts;
 };
 
 } // namespace pcapplus

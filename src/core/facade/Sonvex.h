@@ -40,6 +40,8 @@ public:
     void
     setMessageReceiver(const std::function<void(std::shared_ptr<sonvex::imessages::IBaseMessage>)> &receiver) override;
 
+    const facts::ReceptionFacts &getFacts() const { return streamingEngine.getFacts(); }
+
     /**
      * Ends the run: stops everything and returns once nothing reads a configuration any more. What the run has made
      * stays, idle, so that results on their way arrive; the next thing that is added begins a new run and drops it.

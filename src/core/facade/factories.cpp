@@ -2,9 +2,13 @@
 
 #include <utility>
 
+#include <sonvex/IAdapterFacts.h>
 #include <sonvex/INetworkDeviceManager.h>
+#include <sonvex/INetworkReceiverHandle.h>
+#include <sonvex/IStreamFacts.h>
 
 #include "core/facade/Registries.h"
+#include "core/facade/Sonvex.h"
 #include "core/facade/Statics.h"
 #include "pcapplus/PcapDeviceManager.h"
 
@@ -47,6 +51,18 @@ IProcessConfiguration &IProcessConfiguration::createInstance(std::string name,
     return Registries::create(statics::registries().processes, std::move(name),
                               &dynamic_cast<process::ProcessorConfigBase &>(processorConfig),
                               std::move(deviceMacAddress), channelNumber);
+}
+
+const IStreamFacts &IStreamFacts::createInstance(const std::string &deviceMacAddress) {
+    return statics::sonvex().getFacts().getStreamFacts(deviceMacAddress);
+}
+
+const IAdapterFacts &IAdapterFacts::createInstance(const std::string &systemDeviceName) {
+    return statics::sonvex().getFacts().getAdapterFacts(systemDeviceName);
+}
+
+const IAdapterFacts &IAdapterFacts::createInstance(const ihandles::INetworkReceiverHandle &handle) {
+    return createInstance(handle.getUid());
 }
 
 namespace iprocess {

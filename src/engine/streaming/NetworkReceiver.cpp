@@ -15,9 +15,10 @@ constexpr std::uint32_t unknownNetmask = 0xFFFFFFFF;
 } // namespace
 
 NetworkReceiver::NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std::uint8_t avtpSubtype,
-                                 std::string filterExpression, std::shared_ptr<const Run> run)
+                                 std::string filterExpression, std::shared_ptr<const Run> run,
+                                 std::shared_ptr<facts::AdapterFacts> facts)
     : AvtpPacketReceiver(avtpSubtype, nullptr),
-      PcapPacketSniffer(deviceInfo, snapLength, promiscuous, readTimeoutMilliseconds, nullptr),
+      PcapPacketSniffer(deviceInfo, snapLength, promiscuous, readTimeoutMilliseconds, nullptr, std::move(facts)),
       controller(static_cast<threading::Worker &>(*this)),
       handle(std::make_unique<NetworkReceiverHandle>(
           deviceInfo.getSystemDeviceName(), [this] { return isRunning(); }, std::move(run), nullptr)) {

@@ -21,7 +21,8 @@ public:
     /// Opens the adapter; isConfigured() tells whether that worked, isThreadRunning() whether the worker has its
     /// thread. An empty filter expression sets no filter.
     NetworkReceiver(const pcapplus::PcapDeviceInfo &deviceInfo, std::uint8_t avtpSubtype, std::string filterExpression,
-                    std::shared_ptr<const Run> run);
+                    std::shared_ptr<const Run> run,
+                    std::shared_ptr<facts::AdapterFacts> facts = std::make_shared<facts::AdapterFacts>());
     ~NetworkReceiver() override;
 
     std::string toString() const override;

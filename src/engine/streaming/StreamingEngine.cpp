@@ -38,7 +38,8 @@ void StreamingEngine::addRemoteStreamReceiver(sonvex::StreamConfiguration &confi
 void StreamingEngine::initiateNetworkReceiver(sonvex::StreamConfiguration &configuration) {
     static constexpr char context[] = "engine::streaming::StreamingEngine::initiateNetworkReceiver";
     const pcapplus::PcapDeviceInfo &device = *configuration.getNetworkDeviceInfo();
-    auto receiver = std::make_unique<NetworkReceiver>(device, avtpSubtype, packetFilter, run);
+    auto receiver = std::make_unique<NetworkReceiver>(device, avtpSubtype, packetFilter, run,
+                                                      facts.ofAdapter(device.getSystemDeviceName()));
     if (!receiver->isConfigured() || !receiver->isThreadRunning()) {
         receiver.reset();
         const std::string text = "Packet receiver cannot be initialized by configuration '" + configuration.getName() +
@@ -74,7 +75,7 @@ void StreamingEngine::addNetworkStreamToNetworkReceiver(sonvex::StreamConfigurat
     QMetaObject::Connection relay;
     try {
         relay = connect(&receiver, &avb::AvtpPacketReceiver::message, this, &StreamingEngine::message);
-        receiver.addStreamingDevice(mac, configuration.getDeviceConfiguration());
+        receiver.addStreamingDevice(mac, configuration.getDeviceConfiguration(), facts.ofStream(mac));
     } catch (...) {
         disconnect(relay);
         streamRegistry.erase(entry);

@@ -8,6 +8,7 @@
 
 #include <QObject>
 
+#include "core/facts/ReceptionFacts.h"
 #include "core/messages/BaseMessage.h"
 #include "engine/Run.h"
 
@@ -48,6 +49,9 @@ public:
     /// @param uid the adapter's system name. @throws exceptions::ResourceNotAvailable
     NetworkReceiverHandle *getNetworkDeviceHandle(const std::string &uid) const;
 
+    /// They outlive runs. Read on the host's thread.
+    const facts::ReceptionFacts &getFacts() const { return facts; }
+
     /// Breaks all captures; does not wait for their ends.
     void stop();
     /// Returns once no capture goes on and nothing is queued here. All have to be stopped before.
@@ -64,6 +68,7 @@ private:
     const std::string packetFilter = "ether proto 0x22f0";
     const std::uint8_t avtpSubtype = 2; ///< AVTP Audio Format
     std::shared_ptr<const Run> run = std::make_shared<const Run>();
+    facts::ReceptionFacts facts;
     std::vector<std::unique_ptr<NetworkReceiverHandle>> formerHandles;        ///< of runs that are over
     std::map<std::string, std::unique_ptr<NetworkReceiver>> networkReceivers; ///< by UID
     std::map<std::string, std::string> streamRegistry;                        ///< MAC text to UID
