@@ -23,6 +23,7 @@ int main(int argc, char *argv[]) try {
     capture.start();
     QTimer::singleShot(2000, &application, &QCoreApplication::quit);
     QCoreApplication::exec();
+    ISonvex::destroy(); // nothing changes any more; facts stay
     using sonvex::FrameRefusal;
     const auto &stream = sonvex::IStreamFacts::createInstance(mac);
     const auto &facts = sonvex::IAdapterFacts::createInstance(capture);
@@ -33,7 +34,6 @@ int main(int argc, char *argv[]) try {
               << "\nrefused for channel amount     " << stream.getFramesRefused(FrameRefusal::ChannelAmount)
               << "\nrefused for data length        " << stream.getFramesRefused(FrameRefusal::DataLength)
               << "\nchannels of the newest frame   " << stream.getChannelAmount() << std::endl;
-    ISonvex::destroy();
 } catch (const exceptions::SonvexException &refusal) {
     std::cerr << refusal.what() << std::endl;
     return 1;

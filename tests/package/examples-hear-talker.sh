@@ -20,7 +20,7 @@ case $what in
 peak) # it must print the amplitude that the talker sends
     talk --signal square:100:0.5 --signal silence --seconds 40
     printed=$(timeout 30 "$host" lo 020000000001) || true
-    [[ $(tail -n 1 <<<"$printed") =~ ^peak:\ 0\.(5|49999?)$ && $(wc -l <<<"$printed") == 100 ]] && exit
+    [[ $(tail -n 1 <<<"$printed") =~ ^peak:\ 0\.(5|49999?)$ && $(wc -l <<<"$printed") -ge 100 ]] && exit # more if it is late
     ;;
 facts) # it must count the faults that the talker makes, with no line of the log anywhere
     faults=()
