@@ -78,8 +78,8 @@ TEST_P(LinkedHost, endsInOrder) {
                         "engine::processing::ProcessorEngine::~ProcessorEngine Deleted!",
                         "engine::streaming::StreamingEngine::~StreamingEngine Cleanup completed!"});
     const bool staysWithoutApplication = GetParam()[2] == "leaked" || GetParam()[2] == "none";
-    if ((GetParam()[1] == "nothing" && staysWithoutApplication) ||
-        GetParam()[1] == "exit") { // the run goes on up to here
+    const bool goesOnUpToHere = GetParam()[1] == "exit" || (GetParam()[1] == "nothing" && staysWithoutApplication);
+    if (goesOnUpToHere) {
         expectInOrder(log, {"Sonvex::~Sonvex Metering data sources cleared!",
                             "process::WaveformProcessor::~WaveformProcessor \"external\" Cleared!",
                             "threading::Controller::~Controller \"external\" Worker thread ended",

@@ -12,8 +12,8 @@ namespace {
 constexpr unsigned bufferSize = 48000;
 
 std::string nextMac() {
-    static int number = 10;
-    return "0200000000" + std::to_string(++number);
+    static int number = 1000; // of four digits for as long as anybody repeats a test
+    return "02000000" + std::to_string(++number);
 }
 
 } // namespace
