@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "KernelLevels.h"
+#include "CpuLevelBenchmarks.h"
 #include "RatioReporter.h"
 
 namespace {

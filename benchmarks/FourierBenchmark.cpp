@@ -7,7 +7,7 @@
 
 #include <fftw3.h>
 
-#include "KernelLevels.h"
+#include "CpuLevelBenchmarks.h"
 #include "RatioReporter.h"
 
 namespace {

@@ -11,8 +11,8 @@
 
 #include <QtGlobal>
 
+#include "CpuLevelBenchmarks.h"
 #include "DrivenProcessor.h"
-#include "KernelLevels.h"
 #include "RatioReporter.h"
 #include "avb/AvbAudioBuffer.h"
 #include "core/configuration/BufferConfiguration.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "KernelLevels.h"
+#include "CpuLevelBenchmarks.h"
 #include "RatioReporter.h"
 
 /// The level's own function, without the dispatch.

@@ -42,6 +42,11 @@ run_emulated() {
     echo "$passed tests passed"
 }
 
+# The names of the kernels' CPU levels, the lowest first.
+cpu_levels() {
+    sed -n 's/^ *LEVEL(argument, \([a-z0-9_]*\),.*/\1/p' src/kernels/CpuLevels.h
+}
+
 # All C++ files of the project, each ended by a zero byte.
 cpp_files() {
     local folders=()

@@ -1,5 +1,6 @@
 #include "kernels/CpuFeatures.h"
 
+#include "kernels/CpuLevels.h"
 #include "kernels/Dispatch.h"
 #include "kernels/Status.h"
 
@@ -16,26 +17,33 @@ constexpr Ipp64u avx512Set =
 constexpr Ipp64u avx512ManyCoreSet = ippCPUID_AVX512F | ippCPUID_AVX512CD | ippCPUID_AVX512ER | ippCPUID_AVX512PF;
 constexpr Ipp64u avx512Bits = avx512Set | avx512ManyCoreSet;
 constexpr Ipp64u knownBits = 0x7FFFFFF;
-constexpr Ipp64u upToAvx = 0x1DF;
+
+/// What the code of each level needs.
+constexpr Ipp64u neededBy(CpuLevel level) {
+#define SONVEX_NEEDED(argument, name, needed, vectorBytes, flags) needed,
+    constexpr Ipp64u needed[] = {SONVEX_CPU_LEVELS(SONVEX_NEEDED, )};
+#undef SONVEX_NEEDED
+    return needed[static_cast<int>(level)];
+}
 
 struct LevelRow {
     Ipp64u condition; ///< the level is chosen when the mask holds all of these
     Ipp64u needed;
-    int level;
+    CpuLevel level;
 };
 
 constexpr LevelRow levelRows[] = {
-    {avx512Set, upToAvx | ippCPUID_AVX2 | avx512Set, 4},
-    {avx512ManyCoreSet, upToAvx | ippCPUID_AVX2 | avx512ManyCoreSet, 4},
-    {ippCPUID_AVX2, upToAvx | ippCPUID_AVX2, 4},
-    {ippCPUID_AVX, upToAvx, 3},
-    {ippCPUID_SSE42, 0xDF, 2},
-    {ippCPUID_SSE41, 0x5F, 1},
-    {ippCPUID_MOVBE, 0x3F, 1},
-    {ippCPUID_SSSE3, 0x1F, 1},
-    {ippCPUID_SSE3, 0xF, 0},
-    {ippCPUID_SSE2, 7, 0},
-    {ippCPUID_SSE, 3, 0},
+    {avx512Set, neededBy(CpuLevel::avx2) | avx512Set, CpuLevel::avx2},
+    {avx512ManyCoreSet, neededBy(CpuLevel::avx2) | avx512ManyCoreSet, CpuLevel::avx2},
+    {ippCPUID_AVX2, neededBy(CpuLevel::avx2), CpuLevel::avx2},
+    {ippCPUID_AVX, neededBy(CpuLevel::avx), CpuLevel::avx},
+    {ippCPUID_SSE42, neededBy(CpuLevel::sse42), CpuLevel::sse42},
+    {ippCPUID_SSE41, 0x5F, CpuLevel::ssse3},
+    {ippCPUID_MOVBE, 0x3F, CpuLevel::ssse3},
+    {ippCPUID_SSSE3, neededBy(CpuLevel::ssse3), CpuLevel::ssse3},
+    {ippCPUID_SSE3, 0xF, CpuLevel::plain},
+    {ippCPUID_SSE2, neededBy(CpuLevel::plain), CpuLevel::plain},
+    {ippCPUID_SSE, 3, CpuLevel::plain},
 };
 
 struct FeatureBit {
@@ -149,7 +157,7 @@ IppStatus selectLevel(Ipp64u mask, Ipp64u available, int &level, Ipp64u &complet
             status = ippStsUnknownFeature;
         }
     }
-    LevelRow chosen{0, 1, 0};
+    LevelRow chosen{0, 1, CpuLevel::plain};
     bool found = false;
     for (const LevelRow &row : levelRows) {
         if ((mask & row.condition) == row.condition) {
@@ -158,7 +166,7 @@ IppStatus selectLevel(Ipp64u mask, Ipp64u available, int &level, Ipp64u &complet
             break;
         }
     }
-    level = chosen.level;
+    level = static_cast<int>(chosen.level);
     completedMask = mask | chosen.needed;
     if (!found) {
         return ippStsNotSupportedCpu;

@@ -5,6 +5,8 @@
  * The CPU levels, which of them runs, and, for tests and benchmarks, another one than was chosen for this CPU.
  */
 
+#include "kernels/CpuLevels.h"
+
 extern "C" {
 /// The level that the code was compiled for which runs now; dispatched like a kernel.
 int sonvexKernelLevel();
@@ -12,12 +14,11 @@ int sonvexKernelLevel();
 
 namespace kernels {
 
-constexpr int cpuLevels = 5;
-
-/// "plain", "ssse3", "sse42", "avx" or "avx2".
+/// As in the list of levels.
 const char *cpuLevelName(int level);
 
-/// The highest level that this CPU can run, 0 to 4. Levels that are not built run as the highest one below them.
+/// The highest level that this CPU can run, counted from 0. Levels that are not built run as the highest one below
+/// them.
 int highestCpuLevel();
 
 /// The level that the code was compiled for which a kernel call runs now: asked of that code itself.
@@ -32,7 +33,7 @@ unsigned long long selectedCpuFeatures();
  */
 class ForcedCpuLevel {
 public:
-    /// @param level 0 to 4, or -1 to let the next call choose; it is not compared with what this CPU can run
+    /// @param level counted from 0, or -1 to let the next call choose; it is not compared with what this CPU can run
     explicit ForcedCpuLevel(int level);
     ~ForcedCpuLevel();
 

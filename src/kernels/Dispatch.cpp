@@ -16,32 +16,23 @@ int cpuLevelIndex = -1;
 
 namespace kernels {
 
-// The implementations of the levels that are built; they live in levels/.
+// The implementations of the levels that are built; they live in loops/.
 #define SONVEX_DECLARE(result, name, parameters, arguments) result name parameters;
-namespace plain {
-SONVEX_LEVEL_KERNELS(SONVEX_DECLARE)
-}
+#define SONVEX_DECLARE_LEVEL(argument, name, needed, vectorBytes, flags)                                               \
+    namespace name {                                                                                                   \
+    SONVEX_LEVEL_KERNELS(SONVEX_DECLARE)                                                                               \
+    }
+SONVEX_FIRST_CPU_LEVEL(SONVEX_DECLARE_LEVEL, )
 #if defined(__x86_64__)
-namespace ssse3 {
-SONVEX_LEVEL_KERNELS(SONVEX_DECLARE)
-}
-namespace sse42 {
-SONVEX_LEVEL_KERNELS(SONVEX_DECLARE)
-}
-namespace avx {
-SONVEX_LEVEL_KERNELS(SONVEX_DECLARE)
-}
-namespace avx2 {
-SONVEX_LEVEL_KERNELS(SONVEX_DECLARE)
-}
-constexpr int highestBuiltLevel = 4;
+SONVEX_FURTHER_CPU_LEVELS(SONVEX_DECLARE_LEVEL, )
+constexpr int highestBuiltLevel = cpuLevels - 1;
 #else
-namespace ssse3 = plain;
-namespace sse42 = plain;
-namespace avx = plain;
-namespace avx2 = plain;
+#define SONVEX_STAND_IN(argument, name, needed, vectorBytes, flags) namespace name = plain;
+SONVEX_FURTHER_CPU_LEVELS(SONVEX_STAND_IN, )
+#undef SONVEX_STAND_IN
 constexpr int highestBuiltLevel = 0;
 #endif
+#undef SONVEX_DECLARE_LEVEL
 #undef SONVEX_DECLARE
 
 namespace common {
@@ -110,7 +101,7 @@ SONVEX_LEVEL_KERNELS(SONVEX_LAZY_ENTRY)
 SONVEX_COMMON_KERNELS(SONVEX_LAZY_ENTRY)
 #undef SONVEX_LAZY_ENTRY
 
-/// Rows of six entries, one row behind the other.
+/// Rows of entries, one for the first call and one for each level, one row behind the other.
 struct DispatchTable {
 #define SONVEX_ROW(result, name, parameters, arguments) result(*name[1 + cpuLevels]) parameters;
     SONVEX_LEVEL_KERNELS(SONVEX_ROW)
@@ -119,14 +110,16 @@ struct DispatchTable {
 };
 
 constexpr DispatchTable table = {
-#define SONVEX_ROW(result, name, parameters, arguments)                                                                \
-    {lazy_##name, plain::name, ssse3::name, sse42::name, avx::name, avx2::name},
+#define SONVEX_OWN_CODE(kernel, name, needed, vectorBytes, flags) name::kernel,
+#define SONVEX_COMMON_CODE(kernel, name, needed, vectorBytes, flags) common::kernel,
+#define SONVEX_ROW(result, name, parameters, arguments) {lazy_##name, SONVEX_CPU_LEVELS(SONVEX_OWN_CODE, name)},
     SONVEX_LEVEL_KERNELS(SONVEX_ROW)
 #undef SONVEX_ROW
-#define SONVEX_ROW(result, name, parameters, arguments)                                                                \
-    {lazy_##name, common::name, common::name, common::name, common::name, common::name},
+#define SONVEX_ROW(result, name, parameters, arguments) {lazy_##name, SONVEX_CPU_LEVELS(SONVEX_COMMON_CODE, name)},
         SONVEX_COMMON_KERNELS(SONVEX_ROW)
 #undef SONVEX_ROW
+#undef SONVEX_COMMON_CODE
+#undef SONVEX_OWN_CODE
 };
 
 /// The entry of a row for the level that holds now. Every value that is ever stored is right, so no order is needed.
@@ -158,7 +151,9 @@ constexpr IppLibraryVersion libraryVersion = {
 } // namespace
 
 const char *cpuLevelName(int level) {
-    static constexpr const char *names[cpuLevels] = {"plain", "ssse3", "sse42", "avx", "avx2"};
+#define SONVEX_NAME(argument, name, needed, vectorBytes, flags) #name,
+    static constexpr const char *names[] = {SONVEX_CPU_LEVELS(SONVEX_NAME, )};
+#undef SONVEX_NAME
     return names[level];
 }
 

@@ -11,9 +11,9 @@
 #include "core/configuration/BufferConfiguration.h"
 #include "process/configuration/SoundLevelValueConfig.h"
 #include "support/CaptureThread.h"
-#include "support/LevelModel.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
+#include "support/SoundLevelModel.h"
 #include "support/waitFor.h"
 
 namespace {
@@ -103,7 +103,7 @@ TEST_F(SoundLevel, followsTheModelForTonesBurstsAndSilenceInBlocksOfAnySize) {
         Samples part(signal.begin(), signaled < 80 ? signal.begin() + 20000 : signal.end());
         const std::vector<Levels> levels = levelsAfter(part);
         ASSERT_EQ(levels.size(), part.size() / (6 * signaled));
-        support::LevelModel model;
+        support::SoundLevelModel model;
         for (std::size_t block = 0; block < levels.size(); ++block) {
             const auto first = part.begin() + static_cast<std::ptrdiff_t>(block * 6 * signaled);
             SCOPED_TRACE(testing::Message() << "block " << block << " of " << 6 * signaled);
@@ -145,7 +145,7 @@ TEST_F(SoundLevel, padsCutsAndCollectsAsItsAmountsSay) {
     run(100, 100); // the last hundred, then silence
     auto levels = levelsAfter(Samples(tone.begin(), tone.begin() + 1200));
     ASSERT_EQ(levels.size(), 2U);
-    support::LevelModel padded;
+    support::SoundLevelModel padded;
     for (const std::ptrdiff_t block : {0, 1}) {
         Samples samples(tone.begin() + block * 600 + 500, tone.begin() + block * 600 + 600);
         samples.resize(600);
@@ -156,7 +156,7 @@ TEST_F(SoundLevel, padsCutsAndCollectsAsItsAmountsSay) {
     Samples samples(tone.begin() + 900, tone.begin() + 1200);
     samples.insert(samples.end(), 100, 0.0F); // of the cycle that set the filters up
     samples.insert(samples.end(), tone.begin(), tone.begin() + 200);
-    expectNear(levels.at(0), support::LevelModel().measure(samples), 1e-8);
+    expectNear(levels.at(0), support::SoundLevelModel().measure(samples), 1e-8);
 
     // Four cycles of 100, then 80 are enough for 480 samples of six cycles of 80.
     levels = levelsAfter(Samples(tone.begin(), tone.begin() + 400));

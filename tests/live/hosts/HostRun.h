@@ -7,16 +7,9 @@
 
 #include <sonvex/sonvex.h>
 
-namespace hosts {
+#include "support/loopback.h"
 
-inline sonvex::INetworkDeviceInfo &loopback() {
-    auto &manager = sonvex::INetworkDeviceManager::createInstance();
-    unsigned index = 1;
-    while (manager.getDeviceInfo(index).getSystemDeviceName() != "lo") {
-        ++index;
-    }
-    return manager.getDeviceInfo(index);
-}
+namespace hosts {
 
 /// A run as a measurement application sets it up: a stream on the loopback adapter, on it one analysis of each kind and
 /// both clocks, all started. One at a time. A function stays bound to its source for ever, so results go to the latest.
@@ -27,7 +20,7 @@ struct HostRun {
         : buffer(sonvex::IBufferConfiguration::createInstance("buffer", 4800, 48)),
           device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, 2, 6)),
           capture(facade.addRemoteStreamReceiver(
-              sonvex::IStreamConfiguration::createInstance("stream", mac, loopback(), device))) {
+              sonvex::IStreamConfiguration::createInstance("stream", mac, support::loopback(), device))) {
         using namespace sonvex::iprocess;
         latest = this;
         add("external", IWaveformConfig::createInstance("external", 48), 0);

@@ -8,14 +8,14 @@
 
 #include <QtGlobal>
 
+#include "CpuLevelBenchmarks.h"
 #include "DrivenProcessor.h"
-#include "KernelLevels.h"
 #include "RatioReporter.h"
 #include "avb/AvbAudioBuffer.h"
 #include "core/configuration/BufferConfiguration.h"
 #include "process/SoundLevelValueProcessor.h"
 #include "process/configuration/SoundLevelValueConfig.h"
-#include "support/LevelModel.h"
+#include "support/SoundLevelModel.h"
 
 namespace {
 
@@ -54,7 +54,7 @@ struct Channel {
 /// The largest difference of some analyses in a row, in dB.
 double difference(unsigned amount) {
     Channel channel(amount);
-    support::LevelModel law;
+    support::SoundLevelModel law;
     const std::vector<float> samples = channel.buffer.fetchSignaledSamples(amount);
     double largest = 0;
     for (int block = 0; block < 100; ++block) {
@@ -78,7 +78,7 @@ int main(int argc, char **argv) {
             return EXIT_FAILURE;
         }
         const std::string row = std::to_string(amount) + " samples";
-        const auto law = std::make_shared<support::LevelModel>();
+        const auto law = std::make_shared<support::SoundLevelModel>();
         const auto source = std::make_shared<Channel>(amount);
         registerPeer("levels", "law", row,
                      [=] { benchmark::DoNotOptimize(law->measure(source->buffer.fetchSignaledSamples(amount))); });

@@ -4,8 +4,8 @@
 // waits for itself from value to value runs side by side in the lanes. Three passes go over a block, which the nearest
 // cache holds: the filter from silence; what the true starts of the stretches add, the squares, and the averages of
 // each stretch from zero, for their ends; the averages from their true starts, for the peaks.
-#include "kernels/levels/BiquadState.h"
-#include "kernels/levels/Level.h"
+#include "kernels/loops/BiquadState.h"
+#include "kernels/loops/CpuLevelKernels.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kernels/levels/FourierPasses.h"
+#include "kernels/loops/FourierPasses.h"
 
 /**
  * @file

@@ -1,6 +1,6 @@
 // Powers in double precision and their moving average.
-#include "kernels/levels/Level.h"
-#include "kernels/levels/Vector.h"
+#include "kernels/loops/CpuLevelKernels.h"
+#include "kernels/loops/Vector.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

@@ -2,11 +2,11 @@
 #include <math.h>
 #include <stddef.h>
 
-#include "kernels/levels/Alignment.h"
-#include "kernels/levels/FourierLanes.h"
-#include "kernels/levels/FourierSteps.h"
-#include "kernels/levels/FourierTables.h"
-#include "kernels/levels/Level.h"
+#include "kernels/loops/Alignment.h"
+#include "kernels/loops/CpuLevelKernels.h"
+#include "kernels/loops/FourierLanes.h"
+#include "kernels/loops/FourierSteps.h"
+#include "kernels/loops/FourierTables.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

@@ -2,9 +2,9 @@
 #include <limits.h>
 #include <stddef.h>
 
-#include "kernels/levels/Alignment.h"
-#include "kernels/levels/BiquadState.h"
-#include "kernels/levels/Level.h"
+#include "kernels/loops/Alignment.h"
+#include "kernels/loops/BiquadState.h"
+#include "kernels/loops/CpuLevelKernels.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

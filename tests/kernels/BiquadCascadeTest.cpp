@@ -4,8 +4,8 @@
 #include <limits>
 #include <vector>
 
+#include "CpuLevels.h"
 #include "KernelMemory.h"
-#include "Levels.h"
 #include "noise.h"
 
 namespace {
@@ -13,8 +13,8 @@ namespace {
 using support::Guarded;
 using Signal = std::vector<double>;
 
-class CascadeKernel : public support::AtLevel {};
-SONVEX_AT_ALL_LEVELS(CascadeKernel);
+class BiquadCascade : public support::AtLevel {};
+SONVEX_AT_ALL_LEVELS(BiquadCascade);
 
 /// The cascade value by value, in more digits and more range than a double has.
 Signal filterByLaw(const Signal &taps, const Signal &signal, const Signal &delayLine = {}) {
@@ -119,7 +119,7 @@ Signal weighting() {
             1, 2,  1, 1, -2 * high, high * high};
 }
 
-TEST_P(CascadeKernel, FollowsTheLawHoweverTheSignalIsSplit) {
+TEST_P(BiquadCascade, followsTheLawHoweverTheSignalIsSplit) {
     const Signal signal = support::noise<double>(9611);
     const std::vector<std::size_t> mixed = {3, 4800, 15, 16, 17, 1, 31, 32, 33, 500, 1023};
     const std::vector<std::size_t> splits[] = {{20000}, {1},    {2},    {3},    {11},   {12}, {13},
@@ -148,7 +148,7 @@ TEST_P(CascadeKernel, FollowsTheLawHoweverTheSignalIsSplit) {
 }
 
 /// Poles at the very end of the spectrum: the law itself has few digits left there, and those have to be kept.
-TEST_P(CascadeKernel, KeepsTheDigitsOfTheLawWithPolesNearZeroHertz) {
+TEST_P(BiquadCascade, keepsTheDigitsOfTheLawWithPolesNearZeroHertz) {
     const double r = 0.99999;
     const Signal lowPass = {1, 0, 0, 1, -2 * r, r * r};
     const Signal highPass = {1, -2, 1, 1, -2 * r, r * r};
@@ -172,7 +172,7 @@ TEST_P(CascadeKernel, KeepsTheDigitsOfTheLawWithPolesNearZeroHertz) {
     EXPECT_LT(worstError(Cascade(low)(hum, {4800}), filterByLaw(low, hum)), 2e-12);
 }
 
-TEST_P(CascadeKernel, FollowsTheLawOfUnstableTapsAsFarAsItIsFinite) {
+TEST_P(BiquadCascade, followsTheLawOfUnstableTapsAsFarAsItIsFinite) {
     for (const double radius : {1.001, 1.5, 3.0, 1e5, 1e150}) {
         const Signal taps = sections(2, radius);
         const Signal signal = support::noise<double>(4800);
@@ -187,7 +187,7 @@ TEST_P(CascadeKernel, FollowsTheLawOfUnstableTapsAsFarAsItIsFinite) {
     }
 }
 
-TEST_P(CascadeKernel, CarriesWhatIsNotANumberWhereTheLawDoes) {
+TEST_P(BiquadCascade, carriesWhatIsNotANumberWhereTheLawDoes) {
     for (std::size_t position : {0U, 1U, 2U, 3U, 4U, 5U, 100U, 799U, 999U}) {
         Signal taps = sections(4, 0.9);
         Signal signal = support::noise<double>(1000);
@@ -198,7 +198,7 @@ TEST_P(CascadeKernel, CarriesWhatIsNotANumberWhereTheLawDoes) {
     }
 }
 
-TEST_P(CascadeKernel, EndsInZerosNotInDenormalNumbers) {
+TEST_P(BiquadCascade, endsInZerosNotInDenormalNumbers) {
     for (const std::size_t length : {600U, 64U, 5U}) {
         Cascade cascade(sections(3, 0.99));
         cascade(support::noise<double>(4800), {length});
@@ -207,7 +207,7 @@ TEST_P(CascadeKernel, EndsInZerosNotInDenormalNumbers) {
     }
 }
 
-TEST_P(CascadeKernel, TellsTheSizeOfItsState) {
+TEST_P(BiquadCascade, tellsTheSizeOfItsState) {
     EXPECT_EQ(stateBytes(2), 9712U);
     EXPECT_EQ(stateBytes(3), 10032U);
     EXPECT_EQ(stateBytes(1001), 1001U * 312 + 8 + 9088);
@@ -220,7 +220,7 @@ TEST_P(CascadeKernel, TellsTheSizeOfItsState) {
     EXPECT_EQ(size, -1);
 }
 
-TEST_P(CascadeKernel, RefusesInTheOrderOfTheFaults) {
+TEST_P(BiquadCascade, refusesInTheOrderOfTheFaults) {
     Guarded<Ipp8u> memory(stateBytes(2));
     Guarded<double> values(4);
     auto *const none = reinterpret_cast<IppsIIRState_64f *>(memory.get());

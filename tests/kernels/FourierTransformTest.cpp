@@ -5,8 +5,8 @@
 #include <thread>
 #include <vector>
 
+#include "CpuLevels.h"
 #include "KernelMemory.h"
-#include "Levels.h"
 #include "ReferenceTransform.h"
 #include "noise.h"
 
@@ -119,7 +119,7 @@ const Bins &noiseBins(int order) {
 class FourierTransform : public support::AtLevel {};
 SONVEX_AT_ALL_LEVELS(FourierTransform);
 
-TEST_P(FourierTransform, HasSinglePrecisionForNoiseOfEveryOrder) {
+TEST_P(FourierTransform, hasSinglePrecisionForNoiseOfEveryOrder) {
     for (int order = 1; order <= highestOrder(); ++order) {
         Transform transform(order, IPP_FFT_NODIV_BY_ANY);
         const Error error(transform(support::noise<float>(transform.length())), noiseBins(order));
@@ -129,7 +129,7 @@ TEST_P(FourierTransform, HasSinglePrecisionForNoiseOfEveryOrder) {
     }
 }
 
-TEST_P(FourierTransform, TurnsAnImpulseAtAnyPositionIntoARotation) {
+TEST_P(FourierTransform, turnsAnImpulseAtAnyPositionIntoARotation) {
     for (int order = 0; order <= highestOrder(); ++order) {
         Transform transform(order);
         const std::size_t length = transform.length();
@@ -150,7 +150,7 @@ TEST_P(FourierTransform, TurnsAnImpulseAtAnyPositionIntoARotation) {
     }
 }
 
-TEST_P(FourierTransform, TurnsAConstantIntoBinZeroAlone) {
+TEST_P(FourierTransform, turnsAConstantIntoBinZeroAlone) {
     for (int order = 0; order <= highestOrder(); ++order) {
         Transform transform(order);
         Samples expected(transform.floats());
@@ -159,7 +159,7 @@ TEST_P(FourierTransform, TurnsAConstantIntoBinZeroAlone) {
     }
 }
 
-TEST_P(FourierTransform, ScalesByItsFlag) {
+TEST_P(FourierTransform, scalesByItsFlag) {
     for (const int order : {0, 1, 4, 5, 7, 9, 12, 15}) {
         const double length = std::exp2(order);
         const std::pair<int, double> scales[] = {{IPP_FFT_DIV_FWD_BY_N, 1 / length},
@@ -178,7 +178,7 @@ TEST_P(FourierTransform, ScalesByItsFlag) {
     }
 }
 
-TEST_P(FourierTransform, GivesTheSameBitsInPlaceAndAtAnyAlignment) {
+TEST_P(FourierTransform, givesTheSameBitsInPlaceAndAtAnyAlignment) {
     for (int order = 0; order <= std::min(18, highestOrder()); ++order) {
         Transform transform(order);
         const Samples samples = support::noise<float>(transform.length());
@@ -198,7 +198,7 @@ TEST_P(FourierTransform, GivesTheSameBitsInPlaceAndAtAnyAlignment) {
 }
 
 /// In place and with a reference that needs no memory, so that it can be tried up to the highest order of all.
-TEST_P(FourierTransform, AddsUpTheRotationsOfThreeImpulsesInPlace) {
+TEST_P(FourierTransform, addsUpTheRotationsOfThreeImpulsesInPlace) {
     for (const int order : {8, 15, highestOrder()}) {
         Transform transform(order, IPP_FFT_NODIV_BY_ANY);
         const std::size_t length = transform.length();
@@ -219,7 +219,7 @@ TEST_P(FourierTransform, AddsUpTheRotationsOfThreeImpulsesInPlace) {
     }
 }
 
-TEST_P(FourierTransform, ServesTwoThreadsWithABufferEach) {
+TEST_P(FourierTransform, servesTwoThreadsWithABufferEach) {
     for (const int order : {11, 15}) {
         Transform transform(order);
         const Samples samples = support::noise<float>(transform.length());
@@ -240,7 +240,7 @@ TEST_P(FourierTransform, ServesTwoThreadsWithABufferEach) {
     }
 }
 
-TEST_P(FourierTransform, RefusesSizeQueriesInTheOrderOfTheirFaults) {
+TEST_P(FourierTransform, refusesSizeQueriesInTheOrderOfTheirFaults) {
     Sizes sizes;
     const auto query = [&sizes](int order, int flag, int missing) {
         int *pointers[] = {&sizes.spec, &sizes.specBuffer, &sizes.buffer, nullptr};
@@ -263,7 +263,7 @@ TEST_P(FourierTransform, RefusesSizeQueriesInTheOrderOfTheirFaults) {
     EXPECT_TRUE(largest.spec > 0 && largest.specBuffer > 0 && largest.buffer > 0);
 }
 
-TEST_P(FourierTransform, RefusesToMakeTablesInTheOrderOfTheFaults) {
+TEST_P(FourierTransform, refusesToMakeTablesInTheOrderOfTheFaults) {
     Guarded<Ipp8u> memory(static_cast<std::size_t>(Transform::sizesOf(12, 1).spec));
     Guarded<Ipp8u> buffer(1 << 16);
     IppsFFTSpec_R_32f *spec = nullptr;
@@ -278,7 +278,7 @@ TEST_P(FourierTransform, RefusesToMakeTablesInTheOrderOfTheFaults) {
     EXPECT_EQ(ippsFFTInit_R_32f(&spec, 10, 1, 0, memory.get(), nullptr), ippStsNoErr);
 }
 
-TEST_P(FourierTransform, RefusesTransformsInTheOrderOfTheirFaultsAndWritesNothing) {
+TEST_P(FourierTransform, refusesTransformsInTheOrderOfTheirFaultsAndWritesNothing) {
     Transform transform(9);
     Guarded<Ipp8u> noSpec(4096);
     Guarded<float> bins(514);

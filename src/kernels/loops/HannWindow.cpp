@@ -2,8 +2,8 @@
 #include <math.h>
 #include <stddef.h>
 
-#include "kernels/levels/Level.h"
-#include "kernels/levels/Vector.h"
+#include "kernels/loops/CpuLevelKernels.h"
+#include "kernels/loops/Vector.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

@@ -4,8 +4,8 @@
 #include <limits>
 #include <vector>
 
+#include "CpuLevels.h"
 #include "KernelMemory.h"
-#include "Levels.h"
 #include "noise.h"
 
 namespace {
@@ -13,8 +13,8 @@ namespace {
 using support::Guarded;
 using support::noise;
 
-class LevelKernels : public support::AtLevel {};
-SONVEX_AT_ALL_LEVELS(LevelKernels);
+class SoundLevelKernels : public support::AtLevel {};
+SONVEX_AT_ALL_LEVELS(SoundLevelKernels);
 
 /// High-passes at 20.6 Hz and 200 Hz, a low-pass at 12.2 kHz, and one that rings at 7 kHz; at 48 kHz.
 constexpr double sections[4][6] = {{0.9, -1.8, 0.9, 1, -1.994614455993, 0.994621707014},
@@ -79,7 +79,7 @@ void expectNear(const Averages &results, const Averages &expected) {
     }
 }
 
-TEST_P(LevelKernels, FollowTheLawFromCallToCall) {
+TEST_P(SoundLevelKernels, followTheLawFromCallToCall) {
     const std::vector<float> samples = noise<float>(20011);
     for (int sectionCount = 0; sectionCount <= 4; ++sectionCount) {
         Filter filter(sectionCount);
@@ -111,7 +111,7 @@ TEST_P(LevelKernels, FollowTheLawFromCallToCall) {
     }
 }
 
-TEST_P(LevelKernels, ShareTheStateWithTheFilterAlone) {
+TEST_P(SoundLevelKernels, shareTheStateWithTheFilterAlone) {
     const std::vector<float> samples = noise<float>(3000);
     const std::vector<double> wide(samples.begin(), samples.end());
     std::vector<double> filtered(1000);
@@ -129,7 +129,7 @@ TEST_P(LevelKernels, ShareTheStateWithTheFilterAlone) {
     expectNear(results, expected);
 }
 
-TEST_P(LevelKernels, BearTapsOfAnySize) {
+TEST_P(SoundLevelKernels, bearTapsOfAnySize) {
     // Products of such b0 leave the range of a double, the signal does not.
     const double taps[18] = {1e-170, 1e-171, 0, 1, -0.5, 0.1, 1e-160, 0, 0, 1, 0, 0, 1e300, 0, 0, 1, -0.9, 0};
     std::vector<Ipp8u> memory(20000);
@@ -140,7 +140,7 @@ TEST_P(LevelKernels, BearTapsOfAnySize) {
     EXPECT_NEAR(values.back(), 1e100 * 1.1e-170 / 0.6 * 1e-160 * 1e300 / 0.1, 1e60);
 }
 
-TEST_P(LevelKernels, EndInZeroAndPassInvalidValuesOn) {
+TEST_P(SoundLevelKernels, endInZeroAndPassInvalidValuesOn) {
     Filter filter(3);
     SonvexAverage fast{0.5, 0.5, 1e-285, 0};
     SonvexAverage slow{0.999, 0.001, 1e-200, 0};
@@ -157,7 +157,7 @@ TEST_P(LevelKernels, EndInZeroAndPassInvalidValuesOn) {
     EXPECT_NEAR(fast.peak, fast.input, 1e-12);
 }
 
-TEST_P(LevelKernels, RefuseInTheOrderOfTheFaultsAndChangeNothing) {
+TEST_P(SoundLevelKernels, refuseInTheOrderOfTheFaultsAndChangeNothing) {
     Filter filter(2);
     Ipp32u noState[64] = {};
     auto *const wrong = reinterpret_cast<IppsIIRState_64f *>(noState);
@@ -177,7 +177,7 @@ TEST_P(LevelKernels, RefuseInTheOrderOfTheFaultsAndChangeNothing) {
     }
 }
 
-TEST_P(LevelKernels, ScalePowersInSinglePrecision) {
+TEST_P(SoundLevelKernels, scalePowersInSinglePrecision) {
     for (std::size_t length = 1; length < 70; ++length) {
         Guarded<float> bins(2 * length, 4);
         Guarded<double> powers(length, 8);
@@ -200,7 +200,7 @@ TEST_P(LevelKernels, ScalePowersInSinglePrecision) {
     EXPECT_EQ(sonvexScaledPower_32fc64f(&bin, 1, &power, 0), ippStsSizeErr);
 }
 
-TEST_P(LevelKernels, MoveAnAverageByTheQuotientToTheLastDigit) {
+TEST_P(SoundLevelKernels, moveAnAverageByTheQuotientToTheLastDigit) {
     for (const double amount : {2.0, 3.0, 10.0, 16.0, 100.0, 1048576.0, 4294967295.0}) {
         for (std::size_t length = 1; length < 20; ++length) {
             const std::vector<double> values = noise<double>(3 * length);

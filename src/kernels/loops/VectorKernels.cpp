@@ -6,8 +6,8 @@
 #include <immintrin.h>
 #endif
 
-#include "kernels/levels/Level.h"
-#include "kernels/levels/Vector.h"
+#include "kernels/loops/CpuLevelKernels.h"
+#include "kernels/loops/Vector.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

@@ -4,7 +4,7 @@
 #include <stdint.h>
 
 #include "kernels/Types.h"
-#include "kernels/levels/Vector.h"
+#include "kernels/loops/Vector.h"
 
 namespace kernels::KERNEL_LEVEL {
 

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Levels.h"
+#include "CpuLevels.h"
 #include "kernels/CpuFeatures.h"
 #include "kernels/kernels.h"
 
@@ -23,14 +23,14 @@ constexpr std::uint32_t bits(Numbers... numbers) {
     return (std::uint32_t{0} | ... | (std::uint32_t{1} << numbers));
 }
 
-class Levels : public support::AtLevel {};
-SONVEX_AT_ALL_LEVELS(Levels);
+class CpuLevels : public support::AtLevel {};
+SONVEX_AT_ALL_LEVELS(CpuLevels);
 
-TEST_P(Levels, RunTheirOwnCode) {
+TEST_P(CpuLevels, runTheirOwnCode) {
     EXPECT_EQ(kernels::runningCpuLevel(), GetParam());
 }
 
-TEST(Dispatch, ChoosesTheLevelAtTheFirstCallWhicheverItIs) {
+TEST(Dispatch, choosesTheLevelAtTheFirstCallWhicheverItIs) {
     using Call = bool (*)();
     static int size = 0;
     static float values[3] = {2, 2, 2};
@@ -60,7 +60,7 @@ TEST(Dispatch, ChoosesTheLevelAtTheFirstCallWhicheverItIs) {
     }
 }
 
-TEST(Dispatch, ChoosesTheSameLevelInTwoThreadsAtOnce) {
+TEST(Dispatch, choosesTheSameLevelInTwoThreadsAtOnce) {
     for (int round = 0; round < 50; ++round) {
         cpuLevelIndex = -1;
         std::atomic<int> waiting{2};
@@ -79,7 +79,7 @@ TEST(Dispatch, ChoosesTheSameLevelInTwoThreadsAtOnce) {
     }
 }
 
-TEST(Dispatch, RunsThisCpuAtWhatTheCompilerKnowsOfIt) {
+TEST(Dispatch, runsThisCpuAtWhatTheCompilerKnowsOfIt) {
     int expected = 0;
     int initStatus = ippStsNotSupportedCpu;
     int statusWithoutMask = ippStsNotSupportedCpu;
@@ -111,7 +111,7 @@ TEST(Dispatch, RunsThisCpuAtWhatTheCompilerKnowsOfIt) {
     EXPECT_EQ(kernels::selectedCpuFeatures(), 0xDFU) << "the mask with all that the level needs";
 }
 
-TEST(CpuFeatures, ComeFromTheirBits) {
+TEST(CpuFeatures, comeFromTheirBits) {
     struct Source {
         CpuidLeaf CpuidRegisters::*leaf;
         std::uint32_t CpuidLeaf::*reg;
@@ -140,7 +140,7 @@ Choice choose(Ipp64u mask, Ipp64u available) {
     return {level, status, completed};
 }
 
-TEST(CpuFeatures, DecideTheLevel) {
+TEST(CpuFeatures, decideTheLevel) {
     // Level and status from ECX of leaf 1, EBX of leaf 7, XCR0, the last leaf reported and EDX of leaf 1.
     const auto run = [](std::uint32_t ecx, std::uint32_t ebx, std::uint64_t xcr0 = 7, std::uint32_t lastLeaf = 7,
                         std::uint32_t edx = bits(23, 25, 26)) {
@@ -174,7 +174,7 @@ TEST(CpuFeatures, DecideTheLevel) {
     EXPECT_EQ(run(0, 0, 7, 7, bits(23)), std::pair(0, 36));
 }
 
-TEST(CpuFeatures, AreComparedAndCompleted) {
+TEST(CpuFeatures, areComparedAndCompleted) {
     constexpr Ipp64u noOs = 0x81FF;
     constexpr Ipp64u all = noOs | ippAVX_ENABLEDBYOS;
     constexpr Ipp64u unknown = 1ULL << 40;
@@ -201,7 +201,7 @@ TEST(CpuFeatures, AreComparedAndCompleted) {
     }
 }
 
-TEST(Dispatch, TellsItsVersion) {
+TEST(Dispatch, tellsItsVersion) {
     const IppLibraryVersion &version = *ippGetLibVersion();
     EXPECT_TRUE(version.major == 2021 && version.minor == 6 && version.majorBuild == 0);
     EXPECT_EQ(static_cast<unsigned>(version.build), 0xBFFE3C5BU);
@@ -209,7 +209,7 @@ TEST(Dispatch, TellsItsVersion) {
     EXPECT_EQ(version.Version + std::string(version.BuildDate), "2021.6 (r0xbffe3c5b)Mar  8 2022");
 }
 
-TEST(Allocators, RefuseLengthsThatCannotBe) {
+TEST(Allocators, refuseLengthsThatCannotBe) {
     ippFree(nullptr);
     for (const int length : {0, -1, INT_MIN, INT_MAX, INT_MAX - 67}) {
         EXPECT_TRUE(ippMalloc(length) == nullptr && ippsMalloc_8u(length) == nullptr) << length;
@@ -220,7 +220,7 @@ TEST(Allocators, RefuseLengthsThatCannotBe) {
     EXPECT_EQ(ippsMalloc_32fc(268435456), nullptr);
 }
 
-TEST(Allocators, GiveAllBytesAtAMultipleOf64) {
+TEST(Allocators, giveAllBytesAtAMultipleOf64) {
     for (int length = 1; length < 3000; length += 1 + length / 40) {
         std::pair<void *, int> all[] = {{ippMalloc(length), 1},
                                         {ippsMalloc_8u(length), 1},
@@ -238,7 +238,7 @@ TEST(Allocators, GiveAllBytesAtAMultipleOf64) {
     }
 }
 
-TEST(StatusTexts, NameTheirCodesAndAreAllReachable) {
+TEST(StatusTexts, nameTheirCodesAndAreAllReachable) {
     const std::string unknown = "ippStsUnknownStatusCodeErr: Unknown status code";
     const std::pair<int, std::string> expected[] = {
         {0, "ippStsNoErr: No errors"},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kernels/levels/Vector.h"
+#include "kernels/loops/Vector.h"
 
 /**
  * @file

@@ -31,4 +31,4 @@ class AtLevel : public testing::TestWithParam<int> {
 } // namespace support
 
 #define SONVEX_AT_ALL_LEVELS(fixture)                                                                                  \
-    INSTANTIATE_TEST_SUITE_P(Levels, fixture, testing::ValuesIn(support::runnableLevels()), support::levelName)
+    INSTANTIATE_TEST_SUITE_P(CpuLevels, fixture, testing::ValuesIn(support::runnableLevels()), support::levelName)

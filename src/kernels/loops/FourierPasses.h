@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kernels/levels/FourierLanes.h"
+#include "kernels/loops/FourierLanes.h"
 
 /**
  * @file

@@ -8,11 +8,9 @@
 
 #ifdef __AVX__
 #include <immintrin.h>
-
-#define SONVEX_VECTOR_BYTES 32
-#else
-#define SONVEX_VECTOR_BYTES 16
 #endif
+
+#define SONVEX_VECTOR_BYTES KERNEL_VECTOR_BYTES // the build knows it from the list of levels
 #define SONVEX_INLINE static inline __attribute__((always_inline))
 
 namespace kernels::KERNEL_LEVEL {

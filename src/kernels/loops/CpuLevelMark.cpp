@@ -1,5 +1,5 @@
 // Tells from the compiler's own flags which level this code is.
-#include "kernels/levels/Level.h"
+#include "kernels/loops/CpuLevelKernels.h"
 
 #if defined(__AVX2__) && defined(__FMA__)
 constexpr int compiledLevel = 4;

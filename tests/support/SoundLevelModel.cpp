@@ -1,4 +1,4 @@
-#include "support/LevelModel.h"
+#include "support/SoundLevelModel.h"
 
 #include <cmath>
 
@@ -36,7 +36,7 @@ double filter(double x, const std::array<double, Taps> &taps, std::array<double,
 
 } // namespace
 
-std::vector<double> LevelModel::measure(const std::vector<float> &samples) {
+std::vector<double> SoundLevelModel::measure(const std::vector<float> &samples) {
     std::array<double, 6> peaks{};
     for (const float sample : samples) {
         const auto x = static_cast<double>(sample);

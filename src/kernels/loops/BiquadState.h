@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kernels/FilterAndVector.h"
-#include "kernels/levels/BiquadStretches.h"
+#include "kernels/loops/BiquadStretches.h"
 
 /// @file
 /// The state of a cascade of second-order sections, and the steps that all who run one share.

@@ -4,8 +4,8 @@
 #include <limits>
 #include <vector>
 
+#include "CpuLevels.h"
 #include "KernelMemory.h"
-#include "Levels.h"
 #include "noise.h"
 
 namespace {
@@ -49,7 +49,7 @@ void tryOperation(std::size_t elementsPerValue, double tolerance, Run run, Expec
     });
 }
 
-TEST_P(VectorKernels, ReportNullBeforeSizeAndWriteNothing) {
+TEST_P(VectorKernels, reportNullBeforeSizeAndWriteNothing) {
     Guarded<float> a(8);
     Guarded<double> b(8);
     auto *const pairs = reinterpret_cast<Ipp32fc *>(b.get());
@@ -73,7 +73,7 @@ TEST_P(VectorKernels, ReportNullBeforeSizeAndWriteNothing) {
     EXPECT_TRUE(a.isUntouched() && b.isUntouched());
 }
 
-TEST_P(VectorKernels, SetFillsWithTheVeryValue) {
+TEST_P(VectorKernels, setFillsWithTheVeryValue) {
     const std::vector<std::size_t> aroundUncached = {262143, 262144, 262145, 262159, 262160, 262161};
     for (const float value : {-0.0F, std::numeric_limits<float>::quiet_NaN(), 1e-42F}) {
         forLengths(value == 0 ? aroundUncached : std::vector<std::size_t>{}, 4, [&](std::size_t length, auto at) {
@@ -85,13 +85,13 @@ TEST_P(VectorKernels, SetFillsWithTheVeryValue) {
     }
 }
 
-TEST_P(VectorKernels, MulRoundsTheProductOnce) {
+TEST_P(VectorKernels, mulRoundsTheProductOnce) {
     tryOperation<float>(1, 0, ippsMul_32f_I, [](const auto &from, const auto &to, std::size_t n) {
         return static_cast<float>(double{from[n]} * double{to[n]});
     });
 }
 
-TEST_P(VectorKernels, SqrSquaresInPlaceToo) {
+TEST_P(VectorKernels, sqrSquaresInPlaceToo) {
     const auto square = [](const auto &from, const auto &, std::size_t n) { return from[n] * from[n]; };
     const auto runTwice = [](const double *from, double *to, int len) {
         std::copy(from, from + len, to);
@@ -101,7 +101,7 @@ TEST_P(VectorKernels, SqrSquaresInPlaceToo) {
     tryOperation<double>(1, 0, runTwice, square);
 }
 
-TEST_P(VectorKernels, PowerSpectrAddsTheSquaresOfBothParts) {
+TEST_P(VectorKernels, powerSpectrAddsTheSquaresOfBothParts) {
     const auto run = [](const float *from, float *to, int len) {
         return ippsPowerSpectr_32fc(reinterpret_cast<const Ipp32fc *>(from), to, len);
     };
@@ -110,7 +110,7 @@ TEST_P(VectorKernels, PowerSpectrAddsTheSquaresOfBothParts) {
     });
 }
 
-TEST_P(VectorKernels, ConjCcsMirrorsAllButTheFirstAndTheMiddleBin) {
+TEST_P(VectorKernels, conjCcsMirrorsAllButTheFirstAndTheMiddleBin) {
     forLengths({1024, 4096, 4097}, 4, [](std::size_t length, std::size_t at) {
         Guarded<float> bins(2 * length, at);
         std::vector<float> values = noise<float>(2 * length);
@@ -124,7 +124,7 @@ TEST_P(VectorKernels, ConjCcsMirrorsAllButTheFirstAndTheMiddleBin) {
     });
 }
 
-TEST_P(VectorKernels, WinHannMultipliesByTheSymmetricWindow) {
+TEST_P(VectorKernels, winHannMultipliesByTheSymmetricWindow) {
     std::vector<std::size_t> lengths = {4800, 32768, 65536, 1000001};
     for (std::size_t length = 3; length <= 150; ++length) {
         lengths.push_back(length);

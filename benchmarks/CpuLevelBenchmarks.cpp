@@ -1,4 +1,4 @@
-#include "KernelLevels.h"
+#include "CpuLevelBenchmarks.h"
 
 #include "kernels/CpuLevel.h"
 

@@ -3,7 +3,7 @@
 #include <stddef.h>
 
 #include "kernels/Types.h"
-#include "kernels/levels/Vector.h"
+#include "kernels/loops/Vector.h"
 
 /**
  * @file

@@ -1,10 +1,10 @@
 // The forward transform of real samples, by the method that its tables name.
-#include "kernels/levels/Alignment.h"
-#include "kernels/levels/FourierBlocks.h"
-#include "kernels/levels/FourierPasses.h"
-#include "kernels/levels/FourierSteps.h"
-#include "kernels/levels/FourierTables.h"
-#include "kernels/levels/Level.h"
+#include "kernels/loops/Alignment.h"
+#include "kernels/loops/CpuLevelKernels.h"
+#include "kernels/loops/FourierBlocks.h"
+#include "kernels/loops/FourierPasses.h"
+#include "kernels/loops/FourierSteps.h"
+#include "kernels/loops/FourierTables.h"
 
 namespace kernels::KERNEL_LEVEL {
 namespace {

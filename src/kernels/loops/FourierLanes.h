@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kernels/levels/Complex.h"
+#include "kernels/loops/Complex.h"
 
 /**
  * @file
