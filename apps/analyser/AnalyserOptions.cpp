@@ -6,13 +6,18 @@
 
 #include <sonvex/version.h>
 
-#include "analyser/Text.h"
 #include "common/CommandLine.h"
 #include "common/MacAddress.h"
 #include "common/Refusal.h"
+#include "common/Text.h"
 #include "common/parseNumber.h"
+#include "monitoring/analyses/AnalysisKind.h"
 
 namespace analyser {
+
+using monitoring::Analyses;
+using monitoring::ClockSettings;
+using monitoring::StreamSettings;
 
 namespace {
 
@@ -43,9 +48,9 @@ std::string parseMac(const std::string &text, const std::string &what) {
     return common::toString(common::parseMacAddress(text, what));
 }
 
-StreamOptions parseStream(const std::string &text) {
+StreamSettings parseStream(const std::string &text) {
     const auto parts = text::split(text, ',');
-    StreamOptions stream;
+    StreamSettings stream;
     stream.mac = parseMac(parts.front(), "--stream");
     std::vector<std::string> seen;
     for (std::size_t i = 1; i < parts.size(); ++i) {
@@ -68,10 +73,10 @@ StreamOptions parseStream(const std::string &text) {
     return stream;
 }
 
-std::vector<StreamOptions> parseStreams(const std::vector<std::string> &values) {
-    std::vector<StreamOptions> streams;
+std::vector<StreamSettings> parseStreams(const std::vector<std::string> &values) {
+    std::vector<StreamSettings> streams;
     for (const std::string &value : values) {
-        const StreamOptions stream = parseStream(value);
+        const StreamSettings stream = parseStream(value);
         if (std::any_of(streams.begin(), streams.end(), [&](const auto &other) { return other.mac == stream.mac; })) {
             refuse("the stream " + stream.mac + " is given twice");
         }
@@ -83,7 +88,7 @@ std::vector<StreamOptions> parseStreams(const std::vector<std::string> &values) 
     return streams;
 }
 
-ClockOptions parseClock(const std::string &text) {
+ClockSettings parseClock(const std::string &text) {
     const auto parts = text::split(text, ':');
     if (parts.size() == 2 && parts[0] == "external") {
         return {false,
@@ -147,21 +152,9 @@ void addMonitorOptions(common::CommandLine &line) {
         "hold (2) and the samples of each channel in a packet (6). May be repeated; of N streams on an adapter each "
         "message of a changed channel amount arrives N times.",
         "stream");
-    line.addOption(
-        "waveform",
-        "CHANNEL:AMOUNT[@MAC]: a curve of AMOUNT samples of a channel, counted from 0, of the stream MAC or of "
-        "the first one. May be repeated, once for each channel.",
-        "waveform");
-    line.addOption(
-        "spectrum",
-        "CHANNEL:ORDER[:average=cycles:N|ms:N][@MAC]: the power spectrum of 2^ORDER samples of a channel, ORDER 2 to "
-        "24, through a Hann window; averaged over N results or milliseconds if wanted.",
-        "spectrum");
-    line.addOption(
-        "levels",
-        "CHANNEL[@MAC]: the A, C and Z levels of a channel with fast and slow time weighting, without a gap: "
-        "one result for six times the samples of the external clock. The internal clock does not drive them.",
-        "levels");
+    for (const monitoring::AnalysisKind *kind : monitoring::analysisKinds()) {
+        line.addOption(kind->name, kind->help, kind->name);
+    }
     line.addOption("reference",
                    "What 0 dBFS at this channel is in dB SPL, from a calibration: levels and spectra then show dB SPL.",
                    "dB");
@@ -177,25 +170,49 @@ void addMonitorOptions(common::CommandLine &line) {
     line.addOption("format", "live (a view that redraws in place, the default), json (one object per line) or csv.",
                    "format");
     line.addOption("output", "Writes to <file> in place of the standard output.", "file");
+    line.addOption(
+        "also",
+        "json:FILE or csv:FILE: a further output beside the first, which neither waits for the other. May be "
+        "repeated.",
+        "output");
+    line.addOption("wait",
+                   "While a reader of JSON or CSV takes nothing, results are left out, and their amount is told. With "
+                   "this option everything waits for it instead.");
 }
 
-unsigned parseBuffer(const common::CommandLine &line, const std::vector<AnalysisOptions> &analyses) {
+unsigned parseBuffer(const common::CommandLine &line, const Analyses &analyses) {
     unsigned longest = 0;
     for (const auto &analysis : analyses) {
-        longest = std::max(longest, analysis.amount);
+        longest = std::max(longest, analysis->amount());
     }
     const auto given = line.single("buffer");
     if (!given) {
-        return longest + static_cast<unsigned>(sampleRate);
+        return longest + static_cast<unsigned>(monitoring::sampleRate);
     }
     const auto size = common::parseNumber<unsigned>(*given, "--buffer", 0, maximumBuffer);
     for (const auto &analysis : analyses) {
-        if (analysis.kind == AnalysisKind::spectrum && analysis.amount > size) {
-            refuse("--buffer " + *given + " holds no block of the spectrum of order " + std::to_string(analysis.order) +
-                   ", which needs " + std::to_string(analysis.amount) + " samples");
+        if (const std::string refusal = analysis->bufferRefusal(size); !refusal.empty()) {
+            refuse("--buffer " + *given + ' ' + refusal);
         }
     }
     return size;
+}
+
+std::vector<OutputOptions> parseOutputs(const common::CommandLine &line) {
+    const bool waits = line.has("wait");
+    std::vector<OutputOptions> outputs;
+    outputs.push_back({parseFormat(line.single("format").value_or("live"),
+                                   {{"live", Format::live}, {"json", Format::json}, {"csv", Format::csv}}),
+                       file(line, "output"), waits});
+    for (const std::string &also : line.all("also")) {
+        const auto colon = also.find(':');
+        if (colon == std::string::npos || colon + 1 == also.size()) {
+            refuse("--also '" + also + "' is neither json:FILE nor csv:FILE");
+        }
+        outputs.push_back({parseFormat(also.substr(0, colon), {{"json", Format::json}, {"csv", Format::csv}}),
+                           also.substr(colon + 1), waits});
+    }
+    return outputs;
 }
 
 Command parseMonitor(const QStringList &arguments) {
@@ -213,26 +230,29 @@ Command parseMonitor(const QStringList &arguments) {
         return ShownText{line.helpText()};
     }
     MonitorOptions options;
-    options.device = line.single("device").value_or("");
-    if (options.device.empty()) {
+    monitoring::SessionSettings &session = options.session;
+    session.device = line.single("device").value_or("");
+    if (session.device.empty()) {
         refuse("monitor needs a --device NAME (the command devices lists them)");
     }
-    options.streams = parseStreams(line.all("stream"));
+    session.streams = parseStreams(line.all("stream"));
     if (const auto clock = line.single("clock")) {
-        options.clock = parseClock(*clock);
+        session.clock = parseClock(*clock);
     }
-    options.analyses =
-        parseAnalyses(line.all("waveform"), line.all("spectrum"), line.all("levels"), {options.streams, options.clock});
-    options.bufferSize = parseBuffer(line, options.analyses);
+    session.analyses = monitoring::parseAnalyses([&](const char *option) { return line.all(option); },
+                                                 {session.streams, session.clock});
+    if (session.analyses.empty()) {
+        refuse("monitor needs a --waveform CHANNEL:AMOUNT[@MAC], --spectrum CHANNEL:ORDER[@MAC] or --levels "
+               "CHANNEL[@MAC]");
+    }
+    session.bufferSize = parseBuffer(line, session.analyses);
     if (const auto reference = line.single("reference")) {
-        options.reference = common::parseNumber<double>(*reference, "--reference", -300, 300);
+        session.reference = common::parseNumber<double>(*reference, "--reference", -300, 300);
     }
     if (const auto seconds = line.single("seconds")) {
         options.seconds = common::parseNumber<double>(*seconds, "--seconds", 0.001, maximumSeconds);
     }
-    options.format = parseFormat(line.single("format").value_or("live"),
-                                 {{"live", Format::live}, {"json", Format::json}, {"csv", Format::csv}});
-    options.output = file(line, "output");
+    options.outputs = parseOutputs(line);
     options.log = logOptions(line);
     return options;
 }

@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-#include "analyser/AnalysisOptions.h"
+#include "monitoring/SessionSettings.h"
 
 namespace analyser {
 
@@ -19,20 +19,21 @@ struct LogOptions {
     std::string file;
 };
 
-struct MonitorOptions {
-    std::string device;
-    std::vector<StreamOptions> streams;
-    std::vector<AnalysisOptions> analyses;
-    ClockOptions clock;
-    /// What 0 dB full scale is in dB SPL.
-    std::optional<double> reference;
-    /// In samples.
-    unsigned bufferSize = 0;
-    /// Endless without.
-    std::optional<double> seconds;
+/// Where results go.
+struct OutputOptions {
     Format format = Format::live;
     /// A file; empty for the standard output.
-    std::string output;
+    std::string file;
+    /// What happens while its reader takes nothing: the session waits, rather than to leave results out.
+    bool waits = false;
+};
+
+struct MonitorOptions {
+    monitoring::SessionSettings session;
+    /// Endless without.
+    std::optional<double> seconds;
+    /// The first one is what the user looks at.
+    std::vector<OutputOptions> outputs;
     LogOptions log;
 };
 

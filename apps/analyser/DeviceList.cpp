@@ -5,8 +5,8 @@
 
 #include <sonvex/INetworkDeviceManager.h>
 
-#include "analyser/Output.h"
-#include "analyser/Text.h"
+#include "analyser/files/Output.h"
+#include "common/Text.h"
 #include "common/oneLine.h"
 
 namespace analyser {

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <utility>
 
-#include "analyser/Text.h"
+#include "common/Text.h"
 #include "common/writeIfReady.h"
 
 namespace analyser {

@@ -8,71 +8,73 @@
 
 #include <QCoreApplication>
 
-#include "analyser/CsvSink.h"
-#include "analyser/JsonSink.h"
-#include "analyser/LiveView.h"
-#include "analyser/LogObserver.h"
-#include "analyser/PlainView.h"
+#include "analyser/LibraryLog.h"
 #include "analyser/SignalWatcher.h"
+#include "analyser/files/CsvFile.h"
+#include "analyser/files/JsonFile.h"
+#include "analyser/files/Output.h"
+#include "analyser/terminal/LiveView.h"
+#include "analyser/terminal/PlainView.h"
 #include "common/Refusal.h"
+#include "common/Text.h"
 #include "common/complain.h"
+#include "monitoring/describe.h"
 
 namespace analyser {
 
 namespace {
 
-constexpr int tickPeriod = 1000; // ms
+constexpr int tickPeriod = 1000;                    // ms
+constexpr std::size_t queueBound = 16U << 20U;      // bytes of results on their way to a listener
+constexpr std::chrono::milliseconds patience(2000); // for a screen to be left
+
+void quit() {
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
 
 } // namespace
 
-Monitor::Monitor(const MonitorOptions &options)
-    : options(options), session(options), output(options.output), sink(makeSink()), probe(options.device),
-      diagnosis(options) {}
-
-Monitor::~Monitor() = default;
-
-std::unique_ptr<ResultSink> Monitor::makeSink() {
-    if (options.format == Format::json) {
-        return std::make_unique<JsonSink>(output, options);
-    }
-    if (options.format == Format::csv) {
-        return std::make_unique<CsvSink>(output, options);
+Monitor::Monitor(const MonitorOptions &options) : options(options), session(options.session) {
+    for (const OutputOptions &settings : options.outputs) {
+        outputs.push_back(std::make_shared<Output>(settings.file, SignalWatcher::endRequested));
     }
     // The library's log would write across a view that redraws.
     const bool logInTheWay = options.log.verbose && ::isatty(STDERR_FILENO) == 1;
-    if (LiveView::isPossible(output) && !logInTheWay) {
-        return std::make_unique<LiveView>(output, options);
-    }
-    return std::make_unique<PlainView>(output, options);
+    hasScreen =
+        options.outputs.front().format == Format::live && LiveView::isPossible(*outputs.front()) && !logInTheWay;
 }
 
+Monitor::~Monitor() = default;
+
 int Monitor::run() {
-    session.open();
-    const auto quit = [] { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection); };
     SignalWatcher::Handlers handlers;
     handlers.end = quit;
-    if (sink->needsScreen()) {
-        handlers.resize = [this] { sink->resized(); };
-        handlers.stop = [this] { sink->leaveScreen(); };
-        handlers.resume = [this] { sink->enterScreen(); };
+    if (hasScreen) {
+        handlers.resize = [this] { onScreen(&LiveView::drawSoon); };
+        handlers.stop = [this] { onScreen(&LiveView::leaveScreen); };
+        handlers.resume = [this] { onScreen(&LiveView::enterScreen); };
     }
-    const SignalWatcher signalWatcher(handlers);
-    output.onFailure(quit);
-    session.onResult([this](const Result &result) { sink->result(result); });
-    session.onMessage([this](const auto &message) { sink->message(message); });
+    const SignalWatcher signalWatcher(handlers); // before any thread
+    session.open();
+    session.onResult([this](const auto &result) { post(result); });
+    session.onMessage([this](const auto &message) { post(message); });
 
-    const std::string note = describeLimits(options.analyses, options.bufferSize);
-    if (!note.empty() && !sink->needsScreen()) {
+    const std::string note = monitoring::describeLimits(options.session.analyses, options.session.bufferSize);
+    if (!note.empty() && !hasScreen) {
         common::complain(note);
     }
     const std::chrono::milliseconds time(std::lround(options.seconds.value_or(0.0) * 1000.0));
-    if (options.seconds) {
-        output.setDeadline(std::chrono::steady_clock::now() + time);
+    for (const auto &output : outputs) {
+        output->onFailure(quit);
+        if (options.seconds) {
+            output->setDeadline(std::chrono::steady_clock::now() + time);
+        }
+        output->begin();
     }
-    output.begin();
-    sink->begin(session.analyses());
-    sink->enterScreen();
-    latest = measure();
+    for (std::size_t index = 0; index < outputs.size(); ++index) {
+        addListener(index);
+    }
+    post(std::make_shared<const monitoring::Status>(session.examine()));
     QObject::connect(&ticker, &QTimer::timeout, &ticker, [this] { tick(); });
     ticker.setTimerType(Qt::PreciseTimer);
     ticker.start(tickPeriod);
@@ -81,101 +83,92 @@ int Monitor::run() {
         QTimer::singleShot(time, Qt::PreciseTimer, &ticker, quit);
     }
     QCoreApplication::exec();
-
     ticker.stop();
-    sink->leaveScreen(); // also a program that is killed while it ends leaves a terminal in order
-    session.end();
-    sink->summary(measure());
-    const std::string logFailure = LogObserver::shared().failure();
-    if (!output.failure().empty() || !logFailure.empty()) {
-        const bool ofOutput = !output.failure().empty();
-        common::complain(ofOutput ? "cannot write the output: " + output.failure()
-                                  : "cannot write the log: " + logFailure);
-        return common::Refusal::failure;
+    return finish();
+}
+
+void Monitor::addListener(std::size_t index) {
+    const OutputOptions &settings = options.outputs[index];
+    std::unique_ptr<monitoring::Listener> listener;
+    if (settings.format == Format::json) {
+        listener = std::make_unique<JsonFile>(outputs[index], options.session);
+    } else if (settings.format == Format::csv) {
+        listener = std::make_unique<CsvFile>(outputs[index], options.session);
+    } else if (hasScreen) {
+        auto liveView = std::make_unique<LiveView>(outputs[index], options.session);
+        view = liveView.get();
+        listener = std::move(liveView);
+    } else {
+        listener = std::make_unique<PlainView>(outputs[index], options.session);
     }
-    return 0;
+    using WhenFull = monitoring::Delivery::WhenFull;
+    const bool waits = settings.waits && settings.format != Format::live;
+    deliveries.push_back(std::make_unique<monitoring::Delivery>(
+        std::move(listener), queueBound, waits ? WhenFull::wait : WhenFull::dropOldest, SignalWatcher::endRequested));
+}
+
+void Monitor::onScreen(void (LiveView::*function)()) {
+    if (view != nullptr) {
+        deliveries.front()->run([this, function] { (view->*function)(); }, patience);
+    }
 }
 
 void Monitor::tick() {
-    if (!LogObserver::shared().failure().empty()) {
+    if (!LibraryLog::shared().failure().empty()) {
         QCoreApplication::quit();
         return;
     }
-    latest = measure();
-    latest.conditions = conditions();
-    sink->progress(latest);
+    const auto status = std::make_shared<const monitoring::Status>(session.examine());
+    post(status);
+    if (!hasScreen) {
+        say(*status);
+    }
 }
 
-bool Monitor::isOverdue(const Analysis &analysis) const {
-    const double period = analysis.options.clock.seconds() * analysis.options.cyclesPerResult();
-    const std::chrono::duration<double> silence = std::chrono::steady_clock::now() - analysis.lastSign;
-    return silence.count() >= std::max(Diagnosis::patience, 2 * period);
-}
-
-Progress Monitor::measure() {
-    const LogFacts log = LogObserver::shared().facts();
-    Progress progress;
-    progress.seconds = session.seconds();
-    progress.messages = session.messages();
-    progress.packetsMissed = log.packetsMissed;
-    for (const auto &[stream, refused] : log.refused) {
-        progress.refused.channelAmount += refused.channelAmount;
-        progress.refused.dataLength += refused.dataLength;
-    }
-    const double elapsed = progress.seconds - latest.seconds;
-    for (const auto &analysis : session.analyses()) {
-        AnalysisProgress entry{analysis.name, analysis.options.mac, analysis.options.channel, analysis.results, 0.0,
-                               "running"};
-        const std::size_t index = progress.analyses.size();
-        if (elapsed > 0.0 && index < latest.analyses.size()) {
-            entry.resultsPerSecond = static_cast<double>(entry.results - latest.analyses[index].results) / elapsed;
-        }
-        if (isOverdue(analysis)) {
-            entry.state = "silent";
-        } else if (entry.results == 0) {
-            entry.state = "waiting";
-        }
-        progress.analyses.push_back(entry);
-    }
-    return progress;
-}
-
-/// All that stands in the way now. What is new is said once, where the output doesn't show it.
-std::string Monitor::conditions() {
-    Facts facts;
-    facts.adapterState = probe.state();
-    facts.seconds = session.seconds();
-    facts.log = LogObserver::shared().facts();
-    for (const auto &analysis : session.analyses()) {
-        const std::string &stream = analysis.options.mac;
-        const unsigned channel = analysis.options.channel;
-        // The analyses of a channel are silent for the same reason, which is said once.
-        const auto known = std::find_if(facts.channels.begin(), facts.channels.end(), [&](const auto &other) {
-            return other.stream == stream && other.channel == channel;
-        });
-        if (known == facts.channels.end()) {
-            facts.channels.push_back({stream, channel, isOverdue(analysis)});
-        } else {
-            known->overdue = known->overdue || isOverdue(analysis);
-        }
-        if (const auto declared = session.declaredChannels(stream)) {
-            facts.declaredChannels[stream] = *declared;
+/// What is new is said once, where the output doesn't show it.
+void Monitor::say(const monitoring::Status &status) {
+    for (const auto &condition : status.conditions) {
+        if (std::none_of(said.begin(), said.end(), [&](const auto &other) { return condition.continues(other); })) {
+            common::complain(monitoring::describe(condition, options.session));
         }
     }
-    std::set<std::string> keys;
-    std::string text;
-    for (const auto &condition : diagnosis.examine(facts)) {
-        text += (text.empty() ? "" : "; ") + condition.text;
-        keys.insert(condition.key);
-        if (said.count(condition.key) == 0 && !sink->needsScreen()) {
-            common::complain(condition.text);
-        }
-    }
-    if (keys.empty() && !said.empty() && !sink->needsScreen()) {
+    if (status.conditions.empty() && !said.empty()) {
         common::complain("results arrive from every channel");
     }
-    said = keys;
-    return text.empty() ? describeLimits(options.analyses, options.bufferSize) : text;
+    said = status.conditions;
+}
+
+/// @return the exit status
+int Monitor::finish() {
+    if (hasScreen) {
+        onScreen(&LiveView::leaveScreen); // also a program that is killed while it ends leaves a terminal in order
+    }
+    session.end();
+    const auto status = std::make_shared<const monitoring::Status>(session.examine());
+    std::uint64_t leftOut = 0;
+    for (const auto &delivery : deliveries) {
+        delivery->end(status);
+        leftOut += delivery->leftOut();
+    }
+    view = nullptr;
+    deliveries.clear(); // waits for the listeners
+    std::string failure;
+    for (const auto &output : outputs) {
+        if (!output->failure().empty()) {
+            failure = "cannot write the output: " + output->failure();
+        }
+    }
+    if (failure.empty() && !LibraryLog::shared().failure().empty()) {
+        failure = "cannot write the log: " + LibraryLog::shared().failure();
+    }
+    if (leftOut > 0) {
+        common::complain(text::counted(leftOut, "result") + " left out, since a reader was too slow");
+    }
+    if (!failure.empty()) {
+        common::complain(failure);
+        return common::Refusal::failure;
+    }
+    return 0;
 }
 
 } // namespace analyser

@@ -1,23 +1,21 @@
 #pragma once
 
+#include <functional>
 #include <memory>
-#include <set>
-#include <string>
+#include <vector>
 
 #include <QTimer>
 
-#include "analyser/AdapterProbe.h"
 #include "analyser/AnalyserOptions.h"
-#include "analyser/Diagnosis.h"
-#include "analyser/Output.h"
-#include "analyser/Progress.h"
-#include "analyser/Session.h"
+#include "monitoring/Delivery.h"
+#include "monitoring/Session.h"
 
 namespace analyser {
 
-class ResultSink;
+class LiveView;
+class Output;
 
-/// The command monitor: joins the session, the output and the diagnosis, from the first frame to the summary.
+/// The command monitor: joins a session and its listeners, from the first frame to the summary.
 class Monitor {
 public:
     /// @throws common::Refusal if the options don't fit the machine
@@ -30,21 +28,27 @@ public:
     int run();
 
 private:
-    std::unique_ptr<ResultSink> makeSink();
+    void addListener(std::size_t index);
     void tick();
-    Progress measure();
-    std::string conditions();
-    bool isOverdue(const Analysis &analysis) const;
+    void say(const monitoring::Status &status);
+    /// Runs the view's function on its thread.
+    void onScreen(void (LiveView::*function)());
+    template <class Item>
+    void post(const std::shared_ptr<const Item> &item) {
+        for (const auto &delivery : deliveries) {
+            delivery->post(item);
+        }
+    }
+    int finish();
 
     const MonitorOptions &options;
-    Session session;
-    Output output;
-    std::unique_ptr<ResultSink> sink;
-    AdapterProbe probe;
-    Diagnosis diagnosis;
+    monitoring::Session session;
+    std::vector<std::shared_ptr<Output>> outputs;
+    bool hasScreen = false;
+    LiveView *view = nullptr; ///< of the first delivery, if it has a screen
+    std::vector<std::unique_ptr<monitoring::Delivery>> deliveries;
     QTimer ticker;
-    Progress latest;
-    std::set<std::string> said; // keys of the conditions of the last tick
+    std::vector<monitoring::Condition> said; ///< at the last tick
 };
 
 } // namespace analyser

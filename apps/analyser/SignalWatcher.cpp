@@ -1,12 +1,12 @@
 #include "analyser/SignalWatcher.h"
 
-#include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
-#include <fcntl.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include "common/Refusal.h"
@@ -17,88 +17,63 @@ namespace {
 
 constexpr std::array endSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
-volatile std::sig_atomic_t ending = 0;
-int pipeEnds[2] = {-1, -1}; // NOLINT(modernize-avoid-c-arrays): what pipe2 takes
+std::atomic<bool> ending{false};
 
-extern "C" void passSignalOn(int number) {
-    const int keptError = errno;
-    const auto byte = static_cast<unsigned char>(number);
-    (void)!::write(pipeEnds[1], &byte, 1);
-    errno = keptError;
-}
-
-extern "C" void requestEnd(int number) {
-    ending = 1;
+/// By nohup, or a shell without job control.
+bool isIgnored(int number) {
     struct sigaction action {};
-    action.sa_handler = SIG_DFL;
-    for (const int endSignal : endSignals) {
-        struct sigaction now {};
-        if (sigaction(endSignal, nullptr, &now) == 0 && now.sa_handler == requestEnd) {
-            sigaction(endSignal, &action, nullptr);
-        }
-    }
-    passSignalOn(number);
-}
-
-bool isEndSignal(int number) {
-    return std::find(endSignals.begin(), endSignals.end(), number) != endSignals.end();
+    return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
 } // namespace
 
 SignalWatcher::SignalWatcher(Handlers newHandlers) : handlers(std::move(newHandlers)) {
-    if (::pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0) {
+    sigset_t watched;
+    sigemptyset(&watched);
+    for (const int number : endSignals) {
+        if (!isIgnored(number)) {
+            sigaddset(&watched, number);
+        }
+    }
+    if (handlers.resize) {
+        sigaddset(&watched, SIGWINCH);
+    }
+    if (handlers.stop && !isIgnored(SIGTSTP)) {
+        sigaddset(&watched, SIGTSTP);
+    }
+    if (handlers.resume) {
+        sigaddset(&watched, SIGCONT);
+    }
+    pthread_sigmask(SIG_BLOCK, &watched, &maskBefore);
+    descriptor = common::FileDescriptor(::signalfd(-1, &watched, SFD_NONBLOCK | SFD_CLOEXEC));
+    if (descriptor.get() < 0) {
         throw common::Refusal(std::string("cannot watch for signals: ") + std::strerror(errno),
                               common::Refusal::failure);
     }
-    notifier = std::make_unique<QSocketNotifier>(pipeEnds[0], QSocketNotifier::Read);
+    notifier = std::make_unique<QSocketNotifier>(descriptor.get(), QSocketNotifier::Read);
     QObject::connect(notifier.get(), &QSocketNotifier::activated, [this] { drain(); });
-    for (const int number : endSignals) {
-        watch(number);
-    }
-    if (handlers.resize) {
-        watch(SIGWINCH);
-    }
-    if (handlers.stop) {
-        watch(SIGTSTP);
-    }
-    if (handlers.resume) {
-        watch(SIGCONT);
-    }
 }
 
 SignalWatcher::~SignalWatcher() {
-    for (const auto &[number, action] : before) {
-        sigaction(number, &action, nullptr);
-    }
     notifier.reset();
-    ::close(pipeEnds[0]);
-    ::close(pipeEnds[1]);
-}
-
-void SignalWatcher::watch(int number) {
-    struct sigaction old {};
-    sigaction(number, nullptr, &old);
-    const bool mayBeIgnored = number == SIGHUP || number == SIGTSTP; // by nohup, or a shell without job control
-    if (mayBeIgnored && old.sa_handler == SIG_IGN) {
-        return;
-    }
-    struct sigaction action {};
-    action.sa_handler = isEndSignal(number) ? requestEnd : passSignalOn;
-    sigemptyset(&action.sa_mask);
-    // Without SA_RESTART: a write to a reader that has stopped reading has to notice the request to end.
-    sigaction(number, &action, nullptr);
-    before[number] = old;
+    pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
 }
 
 bool SignalWatcher::endRequested() {
-    return ending != 0;
+    sigset_t pending;
+    sigpending(&pending);
+    for (const int number : endSignals) {
+        if (sigismember(&pending, number) == 1) {
+            return true;
+        }
+    }
+    return ending;
 }
 
 void SignalWatcher::drain() {
-    unsigned char number = 0;
-    while (::read(pipeEnds[0], &number, 1) == 1) {
-        handle(number);
+    signalfd_siginfo signal{};
+    while (::read(descriptor.get(), &signal, sizeof signal) == sizeof signal) {
+        handle(static_cast<int>(signal.ssi_signo));
     }
 }
 
@@ -114,8 +89,16 @@ void SignalWatcher::handle(int number) {
     case SIGCONT:
         handlers.resume();
         break;
-    default:
+    default: {
+        ending = true;
+        sigset_t again; // the next one is the system's
+        sigemptyset(&again);
+        for (const int endSignal : endSignals) {
+            sigaddset(&again, endSignal);
+        }
+        pthread_sigmask(SIG_UNBLOCK, &again, nullptr);
         handlers.end();
+    }
     }
 }
 

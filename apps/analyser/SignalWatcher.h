@@ -2,14 +2,17 @@
 
 #include <csignal>
 #include <functional>
-#include <map>
 #include <memory>
+#include <vector>
 
 #include <QSocketNotifier>
 
+#include "common/FileDescriptor.h"
+
 namespace analyser {
 
-/// Brings the signals of the system into the event loop of the thread that made it. One can exist at a time.
+/// Brings the signals of the system into the event loop of the main thread. It has to be made before any other thread,
+/// which then leave them to it. One can exist at a time.
 class SignalWatcher {
 public:
     /// A function that is empty leaves its signals as they are.
@@ -29,17 +32,17 @@ public:
     SignalWatcher(const SignalWatcher &) = delete;
     SignalWatcher &operator=(const SignalWatcher &) = delete;
 
-    /// Whether a request to end has arrived, also before the event loop has seen it.
+    /// Whether a request to end has arrived, also before the event loop has seen it. On any thread.
     static bool endRequested();
 
 private:
-    void watch(int number);
     void drain();
     void handle(int number);
 
     Handlers handlers;
+    sigset_t maskBefore{};
+    common::FileDescriptor descriptor;
     std::unique_ptr<QSocketNotifier> notifier;
-    std::map<int, struct sigaction> before; // by the signal
 };
 
 } // namespace analyser

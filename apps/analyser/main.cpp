@@ -1,9 +1,9 @@
 #include <QCoreApplication>
 
 #include "analyser/DeviceList.h"
-#include "analyser/LogObserver.h"
+#include "analyser/LibraryLog.h"
 #include "analyser/Monitor.h"
-#include "analyser/Output.h"
+#include "analyser/files/Output.h"
 #include "common/Refusal.h"
 #include "common/fillStandardDescriptors.h"
 #include "common/runProgram.h"
@@ -12,7 +12,7 @@ namespace {
 
 void prepareProcess() {
     common::fillStandardDescriptors();
-    analyser::LogObserver::install();
+    analyser::LibraryLog::install();
 }
 
 // The library logs and opens files while it is loaded, before any constructor of this program could keep its lines off
@@ -21,12 +21,12 @@ void prepareProcess() {
 
 int execute(const analyser::Command &command) {
     if (const auto *monitor = std::get_if<analyser::MonitorOptions>(&command)) {
-        analyser::LogObserver::shared().configure(monitor->log);
+        analyser::LibraryLog::shared().configure(monitor->log);
         return analyser::Monitor(*monitor).run();
     }
     analyser::Output output("");
     if (const auto *devices = std::get_if<analyser::DevicesOptions>(&command)) {
-        analyser::LogObserver::shared().configure(devices->log);
+        analyser::LibraryLog::shared().configure(devices->log);
         analyser::listDevices(devices->format, output);
     } else {
         output.write(std::get<analyser::ShownText>(command).text);

@@ -23,35 +23,38 @@ MonitorOptions parseMonitor(const std::string &options) {
 
 TEST(AnalyserOptions, fillInWhatTheCommandLineLeavesOut) {
     const auto options = parseMonitor("--stream 020000000001 --waveform 1:480");
-    EXPECT_EQ(options.device, "lo");
-    EXPECT_EQ(options.streams.at(0).channels, 2U);
-    EXPECT_EQ(options.streams.at(0).samplesPerChannel, 6U);
-    EXPECT_EQ(options.analyses.at(0).mac, "020000000001");
-    EXPECT_FALSE(options.clock.internal);
-    EXPECT_EQ(options.clock.period, 480U);
-    EXPECT_GE(options.bufferSize, 48000U + 480U);
+    EXPECT_EQ(options.session.device, "lo");
+    EXPECT_EQ(options.session.streams.at(0).channels, 2U);
+    EXPECT_EQ(options.session.streams.at(0).samplesPerChannel, 6U);
+    EXPECT_EQ(options.session.analyses.at(0)->channel().mac, "020000000001");
+    EXPECT_FALSE(options.session.clock.internal);
+    EXPECT_EQ(options.session.clock.period, 480U);
+    EXPECT_GE(options.session.bufferSize, 48000U + 480U);
     EXPECT_FALSE(options.seconds);
-    EXPECT_EQ(options.format, analyser::Format::live);
+    EXPECT_EQ(options.outputs.at(0).format, analyser::Format::live);
 }
 
 TEST(AnalyserOptions, readAllThatCanBeSaid) {
     const auto options =
         parseMonitor("--stream 02:00:00:00:00:aB,samples=48,channels=8 --stream 02-00-00-00-00-02 --waveform 7:1 "
                      "--waveform 0:96000@02:00:00:00:00:02 --clock internal:2147483647 --buffer 5 --seconds 0.5 "
-                     "--format csv --output a --log b --verbose");
-    EXPECT_EQ(options.streams.at(0).mac, "0200000000ab");
-    EXPECT_EQ(options.streams.at(0).channels, 8U);
-    EXPECT_EQ(options.streams.at(0).samplesPerChannel, 48U);
-    EXPECT_EQ(options.analyses.at(0).channel, 7);
-    EXPECT_EQ(options.analyses.at(0).mac, "0200000000ab");
-    EXPECT_EQ(options.analyses.at(1).amount, 96000U);
-    EXPECT_EQ(options.analyses.at(1).mac, "020000000002");
-    EXPECT_TRUE(options.clock.internal);
-    EXPECT_EQ(options.clock.period, 2147483647U);
-    EXPECT_EQ(options.bufferSize, 5U);
+                     "--format csv --output a --log b --verbose --also json:c:d --wait");
+    EXPECT_EQ(options.session.streams.at(0).mac, "0200000000ab");
+    EXPECT_EQ(options.session.streams.at(0).channels, 8U);
+    EXPECT_EQ(options.session.streams.at(0).samplesPerChannel, 48U);
+    EXPECT_EQ(options.session.analyses.at(0)->channel().number, 7);
+    EXPECT_EQ(options.session.analyses.at(0)->channel().mac, "0200000000ab");
+    EXPECT_EQ(options.session.analyses.at(1)->amount(), 96000U);
+    EXPECT_EQ(options.session.analyses.at(1)->channel().mac, "020000000002");
+    EXPECT_TRUE(options.session.clock.internal);
+    EXPECT_EQ(options.session.clock.period, 2147483647U);
+    EXPECT_EQ(options.session.bufferSize, 5U);
     EXPECT_EQ(options.seconds, 0.5);
-    EXPECT_EQ(options.format, analyser::Format::csv);
-    EXPECT_EQ(options.output, "a");
+    EXPECT_EQ(options.outputs.at(0).format, analyser::Format::csv);
+    EXPECT_EQ(options.outputs.at(0).file, "a");
+    EXPECT_EQ(options.outputs.at(1).file, "c:d");
+    EXPECT_EQ(options.outputs.at(1).format, analyser::Format::json);
+    EXPECT_TRUE(options.outputs.at(1).waits);
     EXPECT_EQ(options.log.file, "b");
     EXPECT_TRUE(options.log.verbose);
 }
@@ -61,28 +64,28 @@ TEST(AnalyserOptions, giveEachKindItsAmountAndClock) {
                                  "--spectrum 1:9:average=cycles:7 --levels 1 --levels 0 ";
     for (const bool internal : {false, true}) {
         const auto options = parseMonitor(analyses + (internal ? "--clock internal:50" : "--clock external:960"));
-        ASSERT_EQ(options.analyses.size(), 5U);
-        const auto &spectrum = options.analyses[1];
-        EXPECT_EQ(spectrum.type(), "spectrum");
-        EXPECT_EQ(spectrum.amount, 4096U);
-        EXPECT_EQ(spectrum.binWidth(), 11.71875);
-        EXPECT_EQ(spectrum.averaging->toString(), "ms:500");
-        EXPECT_EQ(options.analyses[2].averaging->toString(), "cycles:7");
-        EXPECT_EQ(spectrum.clock.toString(), internal ? "internal:50 ms" : "external:960 samples");
-        const auto &levels = options.analyses[3];
-        EXPECT_EQ(levels.channel, 1U);
-        EXPECT_EQ(levels.amount, internal ? 2880U : 5760U);
-        EXPECT_EQ(levels.clock.toString(), internal ? "external:480 samples" : "external:960 samples");
-        EXPECT_EQ(options.bufferSize, 48000U + std::max(levels.amount, 4096U));
-        EXPECT_FALSE(options.reference);
+        ASSERT_EQ(options.session.analyses.size(), 5U);
+        const auto &spectrum = *options.session.analyses[1];
+        EXPECT_EQ(spectrum.name(), "spectrum_020000000001_ch0");
+        EXPECT_EQ(spectrum.amount(), 4096U);
+        EXPECT_EQ(spectrum.settings()[1].value, "11.71875");
+        EXPECT_EQ(spectrum.settings()[2].value, "ms:500");
+        EXPECT_EQ(options.session.analyses[2]->settings()[2].value, "cycles:7");
+        EXPECT_EQ(spectrum.clock().toString(), internal ? "internal:50 ms" : "external:960 samples");
+        const auto &levels = *options.session.analyses[3];
+        EXPECT_EQ(levels.channel().number, 1U);
+        EXPECT_EQ(levels.amount(), internal ? 2880U : 5760U);
+        EXPECT_EQ(levels.clock().toString(), internal ? "external:480 samples" : "external:960 samples");
+        EXPECT_EQ(options.session.bufferSize, 48000U + std::max(levels.amount(), 4096U));
+        EXPECT_FALSE(options.session.reference);
     }
-    EXPECT_EQ(parseMonitor(analyses + "--reference 94.5").reference, 94.5);
+    EXPECT_EQ(parseMonitor(analyses + "--reference 94.5").session.reference, 94.5);
 }
 
 TEST(AnalyserOptions, sayWhatCanNotBeHad) {
     const auto limits = [](const std::string &line) {
         const auto options = parseMonitor("--stream 020000000001 " + line);
-        return analyser::describeLimits(options.analyses, options.bufferSize);
+        return monitoring::describeLimits(options.session.analyses, options.session.bufferSize);
     };
     EXPECT_EQ(limits("--waveform 0:480 --spectrum 0:9 --levels 0"), "");
     EXPECT_EQ(limits("--spectrum 0:8 --spectrum 1:10"),
@@ -110,6 +113,8 @@ TEST(AnalyserOptions, refuseEachFaultByItsName) {
         {waveform + "--device eth0", "twice"},
         {waveform + "--format xml", "'xml'"},
         {waveform + "--output ~", "--output"},
+        {waveform + "--also live:file", "'live'"},
+        {waveform + "--also csv:", "csv:FILE"},
         {waveform + "--log", "log"},
         {waveform + "--stream 02000000000", "'02000000000'"},
         {waveform + "--stream 02000000000g", "MAC"},

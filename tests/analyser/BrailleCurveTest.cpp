@@ -1,4 +1,4 @@
-#include "analyser/BrailleCurve.h"
+#include "analyser/terminal/BrailleCurve.h"
 
 #include <limits>
 

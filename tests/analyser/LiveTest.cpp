@@ -1,8 +1,13 @@
 #include <algorithm>
+#include <csignal>
+#include <fstream>
 
+#include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -63,6 +68,57 @@ TEST(Monitor, showsAllKindsOfAnalysesOfATone) {
     EXPECT_EQ(names.at(3).toString(), QStringLiteral("dBC SPL slow"));
     EXPECT_EQ(names.at(6).toString(), QStringLiteral("dBFS"));
     EXPECT_FALSE(last["levels1"].contains(QLatin1String("x")));
+}
+
+QJsonObject lastObject(const std::string &text) {
+    const auto lines = QByteArray::fromStdString(text).split('\n');
+    return QJsonDocument::fromJson(lines.size() < 2 ? QByteArray() : lines.at(lines.size() - 2)).object();
+}
+
+TEST(Monitor, knowsWhatIsLostAndRefusedWithAllLoggingOff) {
+    qputenv("QT_LOGGING_RULES", "*=false");
+    support::Program analyser(ANALYSER_PROGRAM, {"monitor", "--device", "lo", "--stream", "020000000001", "--levels",
+                                                 "0", "--format", "json", "--seconds", "4"});
+    const auto talk = support::Program(SONVEX_TALKER, {"--device", "lo", "--source", "02:00:00:00:00:01", "--seconds",
+                                                       "5", "--drop", "10000", "--drop", "10001", "--drop", "12000",
+                                                       "--length-at", "11000:20", "--length-at", "11500:22"})
+                          .wait();
+    qunsetenv("QT_LOGGING_RULES");
+    const auto result = analyser.wait();
+    ASSERT_EQ(result.exitStatus, 0) << result.err;
+    const QJsonObject stream = values(lastObject(result.out), "streams").at(0).toObject();
+    EXPECT_EQ(stream.value(QLatin1String("framesLost")).toInt(), 3) << result.out;
+    EXPECT_EQ(stream.value(QLatin1String("gaps")).toInt(), 2);
+    EXPECT_EQ(stream.value(QLatin1String("framesRefused")).toObject().value(QLatin1String("dataLength")).toInt(), 2);
+    EXPECT_NE(result.err.find("lack samples: its frames are refused"), std::string::npos) << result.err;
+}
+
+TEST(Monitor, letsAStalledReaderHarmNobody) {
+    support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "02:00:00:00:00:01"});
+    const QTemporaryDir folder;
+    const std::string file = folder.filePath(QStringLiteral("levels.csv")).toStdString();
+    support::Program analyser(ANALYSER_PROGRAM,
+                              {"monitor", "--device", "lo", "--stream", "020000000001", "--waveform", "0:24000",
+                               "--levels", "1", "--format", "json", "--also", "csv:" + file, "--seconds", "60"});
+    // Nothing of the first output is read meanwhile, and more comes than there is room for.
+    const QDeadlineTimer deadline(60000);
+    std::size_t levels = 0;
+    while (levels < 100 && !deadline.hasExpired()) {
+        QThread::msleep(20);
+        levels = 0;
+        std::ifstream csv(file);
+        for (std::string line; std::getline(csv, line);) {
+            levels += line.compare(0, 7, "levels,") == 0 ? 1 : 0;
+        }
+        levels /= 7;
+    }
+    EXPECT_GE(levels, 100U);
+    analyser.signal(SIGINT);
+    const auto result = analyser.wait();
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_NE(result.out.find("{\"type\":\"leftOut\",\"results\":"), std::string::npos);
+    EXPECT_NE(result.err.find("left out, since a reader was too slow"), std::string::npos) << result.err;
+    EXPECT_EQ(lastObject(result.out).value(QLatin1String("type")).toString(), QStringLiteral("summary"));
 }
 
 } // namespace

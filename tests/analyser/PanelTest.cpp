@@ -1,25 +1,27 @@
-#include "analyser/Panel.h"
+#include "analyser/terminal/Panel.h"
 
 #include <limits>
 
 #include <gtest/gtest.h>
 
-#include "Values.h"
-
-#include "analyser/Session.h"
-#include "analyser/SpectrumAxes.h"
+#include "analyser/terminal/SpectrumAxes.h"
+#include "monitoring/results.h"
 
 namespace {
 
-std::unique_ptr<analyser::Panel> panelOf(analyser::AnalysisKind kind, std::optional<double> reference = {}) {
-    analyser::Analysis analysis;
-    analysis.options.kind = kind;
-    analysis.options.order = 4;
-    analysis.options.amount = 16;
-    analyser::MonitorOptions options;
-    options.reference = reference;
-    return std::move(analyser::makePanels({analysis}, options).begin()->second);
-}
+/// A panel with what its analysis has given.
+class Shown {
+public:
+    explicit Shown(const std::string &kind, const std::string &value, std::optional<double> reference = {})
+        : analysis(support::makeAnalysis(kind, value)), meterPanel(*analysis, analyser::SoundLevelUnit(reference)) {}
+
+    void take(std::vector<double> y) { meterPanel.take(support::makeResult(analysis, std::move(y))); }
+    analyser::Panel *operator->() { return &meterPanel.panel(); }
+
+private:
+    std::shared_ptr<const monitoring::Analysis> analysis;
+    analyser::MeterPanel meterPanel;
+};
 
 TEST(FrequencyAxis, givesEachColumnItsOctaves) {
     const analyser::FrequencyAxis axis(1024, 23.4375, 100);
@@ -40,29 +42,28 @@ TEST(FrequencyAxis, givesEachColumnItsOctaves) {
 }
 
 TEST(Panels, tellATonesFrequencyAndTheLevelOfAllItsBins) {
-    const auto spectrum = panelOf(analyser::AnalysisKind::spectrum);
+    Shown spectrum("spectrum", "0:4");
     EXPECT_EQ(spectrum->takeHeadline(), "peak at 0.0 Hz, -inf dBFS");
-    spectrum->take(Values({0, 0, 1.0 / 12, 1.0 / 3, 1.0 / 12, 0, 0, 0}));
+    spectrum.take({0, 0, 1.0 / 12, 1.0 / 3, 1.0 / 12, 0, 0, 0});
     EXPECT_EQ(spectrum->takeHeadline(), "peak at 9000.0 Hz, -3.0 dBFS");
     const auto held = spectrum->draw(40, 6);
     ASSERT_EQ(held.size(), 6U);
     EXPECT_EQ(held[0].substr(0, 7), "   0.0 ");
-    spectrum->take(Values(std::vector<double>(8, 0.0)));
-    EXPECT_NE(spectrum->draw(40, 6), panelOf(analyser::AnalysisKind::spectrum)->draw(40, 6)) << "the peaks stay";
+    spectrum.take(std::vector<double>(8, 0.0));
+    EXPECT_NE(spectrum->draw(40, 6), Shown("spectrum", "0:4")->draw(40, 6)) << "the peaks stay";
     EXPECT_TRUE(spectrum->draw(6, 6).empty());
-    const auto calibrated = panelOf(analyser::AnalysisKind::spectrum, 120.0);
-    calibrated->take(Values({0, 0.5}));
+    Shown calibrated("spectrum", "0:4", 120.0);
+    calibrated.take({0, 0.5});
     EXPECT_EQ(calibrated->takeHeadline(), "peak at 3000.0 Hz, 117.0 dB SPL");
 }
 
-TEST(Panels, keepTheHighestLevelAndTheMeanOfEnergies) {
+TEST(Panels, showTheHighestLevelAndTheMeanOfEnergies) {
     const double silence = -std::numeric_limits<double>::infinity();
     for (const bool calibrated : {false, true}) {
-        const auto levels =
-            panelOf(analyser::AnalysisKind::levels, calibrated ? std::optional<double>(100.0) : std::nullopt);
+        Shown levels("levels", "0", calibrated ? std::optional<double>(100.0) : std::nullopt);
         EXPECT_EQ(levels->draw(60, 1)[0].substr(0, 40), "A fast       -inf  max   -inf  eq   -inf");
-        levels->take(Values(std::vector<double>(7, -10.0)));
-        levels->take(Values({silence, -10, -10, -10, -10, -10, -10}));
+        levels.take(std::vector<double>(7, -10.0));
+        levels.take({silence, -10, -10, -10, -10, -10, -10});
         const auto lines = levels->draw(60, 9);
         ASSERT_EQ(lines.size(), 7U);
         EXPECT_EQ(lines[0].substr(0, 41), calibrated ? "A fast       -inf  max   90.0  eq   87.0 "

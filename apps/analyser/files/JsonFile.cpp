@@ -1,0 +1,133 @@
+#include "analyser/files/JsonFile.h"
+
+#include <cmath>
+
+#include <sonvex/version.h>
+
+#include "common/Text.h"
+#include "monitoring/analyses/AnalysisKind.h"
+#include "monitoring/describe.h"
+
+namespace analyser {
+
+namespace {
+
+void appendNumbers(std::string &line, const std::vector<double> &values) {
+    const char *separator = "[";
+    for (const double value : values) {
+        line += separator;
+        line += std::isfinite(value) ? text::number(value) : "null";
+        separator = ",";
+    }
+    line += values.empty() ? "[]" : "]";
+}
+
+/// The parts, separated and in brackets.
+template <class Items, class Write>
+std::string list(const Items &items, const Write &write) {
+    std::string text = "[";
+    const char *separator = "";
+    for (const auto &item : items) {
+        text += separator + write(item);
+        separator = ",";
+    }
+    return text + ']';
+}
+
+std::string settingsOf(const monitoring::Analysis &analysis) {
+    std::string text = "{\"name\":" + text::quoted(analysis.name()) +
+                       ",\"kind\":" + text::quoted(analysis.kind().name) +
+                       ",\"stream\":" + text::quoted(analysis.channel().mac) +
+                       ",\"channel\":" + std::to_string(analysis.channel().number) +
+                       ",\"amount\":" + std::to_string(analysis.amount());
+    for (const auto &setting : analysis.settings()) {
+        text +=
+            ',' + text::quoted(setting.name) + ':' + (setting.isNumber ? setting.value : text::quoted(setting.value));
+    }
+    return text + ",\"clock\":" + text::quoted(analysis.clock().toString()) +
+           ",\"unit\":" + text::quoted(analysis.unit()) + '}';
+}
+
+std::string statusOf(const monitoring::StreamStatus &stream) {
+    return "{\"stream\":" + text::quoted(stream.mac) + ",\"framesTaken\":" + std::to_string(stream.taken) +
+           ",\"gaps\":" + std::to_string(stream.gaps) + ",\"framesLost\":" + std::to_string(stream.lost) +
+           ",\"framesRepeated\":" + std::to_string(stream.repeated) +
+           ",\"framesRefused\":{\"channelAmount\":" + std::to_string(stream.refusedChannelAmount) +
+           ",\"dataLength\":" + std::to_string(stream.refusedDataLength) +
+           ",\"incomplete\":" + std::to_string(stream.refusedIncomplete) + "}}";
+}
+
+} // namespace
+
+void JsonFile::begin() {
+    write("{\"type\":\"settings\",\"version\":" + text::quoted(qo::sonvexLib::getVersion()) +
+          ",\"started\":" + text::quoted(timeText(std::chrono::system_clock::now())) +
+          ",\"device\":" + text::quoted(settings.device) + ",\"sampleRate\":" + text::number(monitoring::sampleRate) +
+          ",\"buffer\":" + std::to_string(settings.bufferSize) +
+          ",\"reference\":" + (settings.reference ? text::number(*settings.reference) : "null") +
+          ",\"limits\":" + text::quoted(monitoring::describeLimits(settings.analyses, settings.bufferSize)) +
+          ",\"analyses\":" + list(settings.analyses, [](const auto &analysis) { return settingsOf(*analysis); }) +
+          "}\n");
+}
+
+void JsonFile::result(const monitoring::Result &result) {
+    const monitoring::Analysis &analysis = *result.analysis;
+    line = "{\"type\":" + text::quoted(analysis.kind().name) + ",\"name\":" + text::quoted(analysis.name()) +
+           ",\"stream\":" + text::quoted(analysis.channel().mac) +
+           ",\"channel\":" + std::to_string(analysis.channel().number) +
+           ",\"sequence\":" + std::to_string(result.sequence) + ",\"time\":" + text::quoted(timeText(result.endTime)) +
+           ",\"endSample\":" + std::to_string(result.endSample) +
+           ",\"behindGap\":" + (result.behindGap ? "true" : "false");
+    for (const auto &setting : analysis.settings()) {
+        if (setting.isNumber) {
+            line += ',' + text::quoted(setting.name) + ':' + setting.value;
+        }
+    }
+    if (const auto names = analysis.valueNames(); names.empty()) {
+        line += ",\"x\":";
+        appendNumbers(line, result.x);
+    } else {
+        line += ",\"names\":" + list(names, [](const std::string &name) { return text::quoted(name); });
+    }
+    line += ",\"y\":";
+    appendNumbers(line, result.y);
+    line += "}\n";
+    write(line);
+}
+
+void JsonFile::message(const monitoring::Message &message) {
+    const auto &change = message.change;
+    const auto ofChange = [&](auto amount) { return change ? std::to_string((*change).*amount) : "null"; };
+    using Change = monitoring::Message::ChannelAmount;
+    write("{\"type\":\"message\",\"name\":" + text::quoted(message.name) + ",\"id\":" + text::quoted(message.id) +
+          ",\"messageType\":" + text::quoted(message.type) + ",\"details\":" + text::quoted(message.details) +
+          ",\"configured\":" + ofChange(&Change::configured) + ",\"before\":" + ofChange(&Change::before) +
+          ",\"after\":" + ofChange(&Change::after) +
+          ",\"text\":" + (message.text ? text::quoted(*message.text) : "null") + "}\n");
+}
+
+void JsonFile::leftOut(std::uint64_t results) {
+    write("{\"type\":\"leftOut\",\"results\":" + std::to_string(results) + "}\n");
+}
+
+void JsonFile::end(const monitoring::Status &status) {
+    write("{\"type\":\"summary\",\"seconds\":" + text::number(status.seconds) + ",\"analyses\":" +
+          list(status.analyses,
+               [](const auto &entry) {
+                   const monitoring::Analysis &analysis = *entry.analysis;
+                   return "{\"name\":" + text::quoted(analysis.name()) +
+                          ",\"stream\":" + text::quoted(analysis.channel().mac) +
+                          ",\"channel\":" + std::to_string(analysis.channel().number) +
+                          ",\"results\":" + std::to_string(entry.results) + '}';
+               }) +
+          ",\"messages\":" + std::to_string(status.messages) +
+          ",\"packetsMissed\":" + std::to_string(monitoring::packetsMissed(status)) +
+          ",\"framesRefused\":{\"channelAmount\":" + std::to_string(monitoring::refusedForChannelAmount(status)) +
+          ",\"dataLength\":" + std::to_string(monitoring::refusedForDataLength(status)) + "},\"streams\":" +
+          list(status.streams, statusOf) + ",\"adapter\":{\"framesSeen\":" + std::to_string(status.adapter.seen) +
+          ",\"framesOfNoStream\":" + std::to_string(status.adapter.ofNoStream) +
+          ",\"kernelDrops\":" + std::to_string(status.adapter.kernelDrops) +
+          ",\"endReason\":" + text::quoted(status.adapter.endReason) + "}}\n");
+}
+
+} // namespace analyser

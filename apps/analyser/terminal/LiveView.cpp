@@ -1,0 +1,170 @@
+#include "analyser/terminal/LiveView.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <sonvex/version.h>
+
+#include "analyser/files/Output.h"
+#include "common/Text.h"
+#include "common/writeIfReady.h"
+#include "monitoring/describe.h"
+
+namespace analyser {
+
+namespace {
+
+constexpr char entering[] = "\x1b[?1049h\x1b[?25l\x1b[2J";
+constexpr char leaving[] = "\x1b[?25h\x1b[?1049l";
+constexpr char home[] = "\x1b[H";
+constexpr char clearToLineEnd[] = "\x1b[K";
+constexpr char clearToScreenEnd[] = "\x1b[J";
+
+constexpr std::chrono::milliseconds redrawPeriod(70);
+constexpr std::size_t shownMessages = 3;
+
+} // namespace
+
+LiveView::LiveView(std::shared_ptr<Output> newOutput, const monitoring::SessionSettings &newSettings)
+    : output(std::move(newOutput)), settings(newSettings) {
+    for (const auto &analysis : settings.analyses) {
+        panels.try_emplace(analysis.get(), *analysis, SoundLevelUnit(settings.reference));
+    }
+}
+
+LiveView::~LiveView() {
+    leaveScreen();
+}
+
+bool LiveView::isPossible(const Output &output) {
+    const char *terminal = std::getenv("TERM");
+    return ::isatty(output.descriptor()) == 1 && terminal && std::string_view(terminal) != "dumb";
+}
+
+void LiveView::enterScreen() {
+    const int terminal = output->descriptor();
+    termios modes{};
+    if (!terminalBefore && ::tcgetattr(terminal, &modes) == 0) {
+        terminalBefore = modes;
+    }
+    if (terminalBefore) {
+        modes = *terminalBefore;
+        modes.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        (void)::tcsetattr(terminal, TCSANOW, &modes);
+    }
+    output->write(entering);
+    drawSoon();
+}
+
+void LiveView::leaveScreen() {
+    redraw.reset();
+    if (terminalBefore) {
+        // After a Ctrl-S nothing would reach the terminal; what is stopped in this way starts again.
+        (void)::tcflow(output->descriptor(), TCOOFF);
+        (void)::tcflow(output->descriptor(), TCOON);
+        (void)::tcsetattr(output->descriptor(), TCSANOW, &*terminalBefore);
+        (void)common::writeIfReady(output->descriptor(), leaving);
+        terminalBefore.reset();
+    }
+}
+
+void LiveView::result(const monitoring::Result &result) {
+    panels.at(result.analysis.get()).take(result);
+    drawSoon();
+}
+
+void LiveView::message(const monitoring::Message &message) {
+    messages.push_back(monitoring::describe(message));
+    if (messages.size() > shownMessages) {
+        messages.pop_front();
+    }
+    drawSoon();
+}
+
+void LiveView::status(const monitoring::Status &status) {
+    latest = status;
+    drawSoon();
+}
+
+void LiveView::end(const monitoring::Status &status) {
+    leaveScreen();
+    output->write(monitoring::summaryText(status, ""));
+}
+
+void LiveView::drawSoon() {
+    if (terminalBefore && !redraw) {
+        redraw = Clock::now() + redrawPeriod;
+    }
+}
+
+void LiveView::wake() {
+    redraw.reset();
+    draw();
+}
+
+LiveView::Size LiveView::windowSize() const {
+    winsize size{};
+    const bool known = ::ioctl(output->descriptor(), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0;
+    return known ? Size{size.ws_col, size.ws_row} : Size{80, 24};
+}
+
+void LiveView::draw() {
+    const Size size = windowSize();
+    // One column stays free: behind a full line the cursor would stand on its last character and clear that.
+    const std::size_t columns = size.columns - 1;
+    std::vector<std::string> lines;
+    const auto append = [columns](std::vector<std::string> &to, const std::string &text) {
+        const auto parts = text::wrapped(text, columns);
+        to.insert(to.end(), parts.begin(), parts.end());
+    };
+    append(lines, "sonvex-analyser " + qo::sonvexLib::getVersion() + "  " + settings.device + "  " +
+                      text::fixed(latest.seconds, 0) + " s  clock " + settings.clock.toString() + "  buffer " +
+                      std::to_string(settings.bufferSize));
+    append(lines,
+           "missed " + std::to_string(monitoring::packetsMissed(latest)) + "  refused " +
+               std::to_string(monitoring::refusedForChannelAmount(latest) + monitoring::refusedForDataLength(latest)) +
+               "  dropped " + std::to_string(latest.adapter.kernelDrops) + "  messages " +
+               std::to_string(latest.messages));
+    const std::string health = monitoring::describeHealth(latest, settings);
+    append(lines, health.empty() ? "" : "! " + health);
+    std::vector<std::string> news;
+    for (const auto &message : messages) {
+        append(news, message);
+    }
+
+    // A head and two rows are the least that says something; what has no room isn't drawn.
+    constexpr std::size_t leastRows = 3;
+    const std::size_t fixedRows = lines.size() + news.size();
+    const std::size_t room = size.rows > fixedRows ? size.rows - fixedRows : 0;
+    const std::size_t shown =
+        std::clamp<std::size_t>(room / leastRows, 1, std::max<std::size_t>(latest.analyses.size(), 1));
+    for (std::size_t i = 0; i < std::min(shown, latest.analyses.size()); ++i) {
+        const auto part = panelLines(latest.analyses[i], {size.columns, room / shown});
+        lines.insert(lines.end(), part.begin(), part.end());
+    }
+    lines.insert(lines.end(), news.begin(), news.end());
+
+    std::string screen = home;
+    for (std::size_t i = 0; i < std::min(lines.size(), size.rows); ++i) {
+        screen += i > 0 ? "\r\n" : "";
+        screen += text::cut(lines[i], columns);
+        screen += clearToLineEnd;
+    }
+    output->write(screen + clearToScreenEnd);
+}
+
+std::vector<std::string> LiveView::panelLines(const monitoring::AnalysisStatus &entry, Size size) {
+    Panel &panel = panels.at(entry.analysis.get()).panel();
+    const std::size_t columns = size.columns - 1;
+    std::vector<std::string> lines{entry.analysis->name() + "  " + monitoring::describe(entry.state) + "  " +
+                                   text::fixed(entry.resultsPerSecond, 1) + " results/s  " + panel.takeHeadline()};
+    const auto drawn = panel.draw(columns, size.rows > lines.size() ? size.rows - lines.size() : 0);
+    lines.insert(lines.end(), drawn.begin(), drawn.end());
+    return lines;
+}
+
+} // namespace analyser

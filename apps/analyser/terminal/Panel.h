@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "analyser/terminal/SoundLevelUnit.h"
+#include "monitoring/Result.h"
+#include "monitoring/meters/Meter.h"
+
+namespace analyser {
+
+/// How a view shows what a meter has measured, when it is asked to.
+class Panel {
+public:
+    Panel() = default;
+    virtual ~Panel() = default;
+    Panel(const Panel &) = delete;
+    Panel &operator=(const Panel &) = delete;
+
+    /// The results since the last call in a few words; those before, if there are none.
+    virtual std::string takeHeadline() = 0;
+    /// At most @p rows lines of at most @p columns characters.
+    virtual std::vector<std::string> draw(std::size_t columns, std::size_t rows) = 0;
+};
+
+/// A meter of a view's own with its panel, for one analysis.
+class MeterPanel {
+public:
+    MeterPanel(const monitoring::Analysis &analysis, SoundLevelUnit unit);
+
+    void take(const monitoring::Result &result) { meter->take(result.y); }
+    Panel &panel() { return *drawn; }
+
+private:
+    std::unique_ptr<monitoring::Meter> meter;
+    std::unique_ptr<Panel> drawn;
+};
+
+} // namespace analyser

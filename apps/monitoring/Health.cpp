@@ -1,0 +1,116 @@
+#include "monitoring/Health.h"
+
+#include <algorithm>
+
+namespace monitoring {
+
+namespace {
+
+using Cause = Condition::Cause;
+
+std::optional<Condition> adapterCondition(const Status &status) {
+    switch (status.adapter.link) {
+    case AdapterLink::State::gone:
+        return Condition{Cause::adapterGone};
+    case AdapterLink::State::down:
+        return Condition{Cause::adapterDown};
+    case AdapterLink::State::noLink:
+        return Condition{Cause::noLink};
+    case AdapterLink::State::up:
+    case AdapterLink::State::unknown:
+        break;
+    }
+    if (!status.adapter.endReason.empty()) {
+        Condition condition{Cause::captureEnded};
+        condition.reason = status.adapter.endReason;
+        return condition;
+    }
+    return std::nullopt;
+}
+
+Condition conditionOf(const StreamStatus &stream, Cause cause, std::uint64_t amount = 0) {
+    Condition condition{cause, stream.mac};
+    condition.amount = amount;
+    condition.declaredChannels = stream.declaredChannels;
+    return condition;
+}
+
+} // namespace
+
+std::vector<Condition> Health::examine(const Status &status) {
+    std::vector<Condition> conditions;
+    if (const auto ofAdapter = adapterCondition(status)) {
+        conditions.push_back(*ofAdapter);
+    } else {
+        for (const auto &stream : status.streams) {
+            const auto ofStream = streamConditions(stream, status);
+            conditions.insert(conditions.end(), ofStream.begin(), ofStream.end());
+        }
+    }
+    latest = status.streams;
+    return conditions;
+}
+
+std::vector<Condition> Health::streamConditions(const StreamStatus &stream, const Status &status) const {
+    // The internal clock makes results without any frame.
+    const bool unseen = !stream.seen && status.seconds >= patience;
+    std::vector<Condition> conditions;
+    for (const auto &entry : status.analyses) {
+        const Analysis::Channel &channel = entry.analysis->channel();
+        if (channel.mac != stream.mac || (entry.state != AnalysisStatus::State::silent && !unseen)) {
+            continue;
+        }
+        const Condition cause = silenceOf(stream, channel.number);
+        auto known = std::find_if(conditions.begin(), conditions.end(),
+                                  [&](const Condition &other) { return other.cause == cause.cause; });
+        if (known == conditions.end()) {
+            known = conditions.insert(conditions.end(), cause);
+        }
+        // The analyses of a channel are silent for the same reason, which is said once.
+        auto &channels = known->channels;
+        if (std::find(channels.begin(), channels.end(), channel.number) == channels.end()) {
+            channels.push_back(channel.number);
+        }
+    }
+    // The internal clock makes results of no data, and of many frames some may be refused.
+    if (const auto refusal = refusalOf(stream); refusal && conditions.empty()) {
+        conditions.push_back(*refusal);
+    }
+    return conditions;
+}
+
+/// Nothing while the stream's frames are taken.
+std::optional<Condition> Health::refusalOf(const StreamStatus &stream) const {
+    const StreamStatus earlier = before(stream);
+    if (stream.refusedChannelAmount > earlier.refusedChannelAmount) {
+        return conditionOf(stream, Cause::wrongChannelAmount, stream.refusedChannelAmount);
+    }
+    if (stream.refusedDataLength > earlier.refusedDataLength) {
+        return conditionOf(stream, Cause::wrongDataLength, stream.refusedDataLength);
+    }
+    if (stream.refusedIncomplete > earlier.refusedIncomplete) {
+        return conditionOf(stream, Cause::incompleteFrames, stream.refusedIncomplete);
+    }
+    return std::nullopt;
+}
+
+Condition Health::silenceOf(const StreamStatus &stream, unsigned channel) const {
+    if (const auto refusal = refusalOf(stream)) {
+        return *refusal;
+    }
+    if (stream.declaredChannels > 0 && channel >= static_cast<unsigned>(stream.declaredChannels)) {
+        return conditionOf(stream, Cause::channelAbsent);
+    }
+    if (stream.gaps > before(stream).gaps) {
+        return conditionOf(stream, Cause::framesLost, stream.gaps);
+    }
+    return conditionOf(stream, stream.seen ? Cause::streamEnded : Cause::streamUnseen);
+}
+
+StreamStatus Health::before(const StreamStatus &stream) const {
+    const auto found =
+        std::find_if(latest.begin(), latest.end(), [&](const auto &other) { return other.mac == stream.mac; });
+    return found == latest.end() ? StreamStatus() : *found;
+}
+
+} // namespace monitoring

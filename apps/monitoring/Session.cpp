@@ -1,0 +1,241 @@
+#include "monitoring/Session.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QCoreApplication>
+
+#include <sonvex/sonvex.h>
+
+#include "common/Refusal.h"
+#include "common/rawSocketRemedy.h"
+
+namespace monitoring {
+
+namespace {
+
+sonvex::INetworkDeviceInfo &findAdapter(const std::string &name) {
+    auto &manager = sonvex::INetworkDeviceManager::createInstance();
+    std::string known;
+    for (unsigned i = 1; i <= manager.getDeviceCount(); ++i) {
+        auto &candidate = manager.getDeviceInfo(i);
+        if (candidate.getSystemDeviceName() == name) {
+            return candidate;
+        }
+        known += (known.empty() ? "" : ", ") + candidate.getSystemDeviceName();
+    }
+    throw common::Refusal("there is no adapter '" + name + "'; known are: " + (known.empty() ? "none" : known));
+}
+
+/// Why the adapter can't be opened and what helps, as far as the system says it.
+std::string openRefusal(const std::string &device, AdapterLink::State link, const std::string &libraryText) {
+    const std::string cause = sonvex::IAdapterFacts::createInstance(device).getStartError();
+    const auto contains = [&](const char *part) { return cause.find(part) != std::string::npos; };
+    std::string remedy;
+    if (contains("ermission") || contains("not permitted")) {
+        remedy = common::rawSocketRemedy;
+    } else if (link == AdapterLink::State::down) {
+        remedy = "; the adapter is down: 'sudo ip link set " + device + " up' brings it up";
+    }
+    return "cannot open the adapter '" + device + "': " + (cause.empty() ? libraryText : cause) + remedy;
+}
+
+/// All external clocks are the same one; 0 without any.
+unsigned clockSamples(const Analyses &analyses) {
+    unsigned samples = 0;
+    for (const auto &analysis : analyses) {
+        samples = analysis->clock().internal ? samples : analysis->clock().period;
+    }
+    return samples;
+}
+
+unsigned longestResult(const Analyses &analyses) {
+    unsigned longest = 0;
+    for (const auto &analysis : analyses) {
+        longest = std::max(longest, analysis->amount());
+    }
+    return longest;
+}
+
+Message decode(const sonvex::imessages::IBaseMessage &message) {
+    Message decoded{message.getName(),           message.getMessageId(), message.getMessageType(),
+                    message.getMessageDetails(), std::nullopt,           std::nullopt};
+    if (const auto *change = dynamic_cast<const sonvex::imessages::IChannelAmountChanged *>(&message)) {
+        decoded.change = Message::ChannelAmount{change->getConfiguredChannelAmount(), change->getChannelAmountBefore(),
+                                                change->getChannelAmountAfter()};
+    }
+    if (const auto *status = dynamic_cast<const sonvex::imessages::IStatusMessage *>(&message)) {
+        decoded.text = status->getMessage();
+    }
+    return decoded;
+}
+
+StreamStatus statusOf(const std::string &mac, const sonvex::IStreamFacts &facts) {
+    using sonvex::FrameRefusal;
+    StreamStatus status;
+    status.mac = mac;
+    status.seen = facts.getCaptureTime() != 0;
+    status.declaredChannels = facts.getChannelAmount();
+    status.taken = facts.getFramesTaken();
+    status.gaps = facts.getGaps();
+    status.lost = facts.getFramesLost();
+    status.repeated = facts.getFramesRepeated();
+    status.refusedChannelAmount = facts.getFramesRefused(FrameRefusal::ChannelAmount);
+    status.refusedDataLength = facts.getFramesRefused(FrameRefusal::DataLength);
+    status.refusedIncomplete = facts.getFramesRefused(FrameRefusal::IncompleteHeader) +
+                               facts.getFramesRefused(FrameRefusal::IncompleteSamples);
+    return status;
+}
+
+} // namespace
+
+Session::Session(SessionSettings newSettings)
+    : settings(std::move(newSettings)), adapter(findAdapter(settings.device)), link(settings.device) {}
+
+Session::~Session() {
+    end();
+}
+
+void Session::open() {
+    ISonvex::createInstance().setMessageReceiver([this](const auto &message) { receiveMessage(*message); });
+    for (const auto &stream : settings.streams) {
+        addStream(stream);
+    }
+    for (const auto &analysis : settings.analyses) {
+        addAnalysis(analysis);
+    }
+}
+
+void Session::addStream(const StreamSettings &stream) {
+    auto &buffer =
+        sonvex::IBufferConfiguration::createInstance(stream.mac, settings.bufferSize, clockSamples(settings.analyses));
+    constexpr unsigned sampleSize = 2; // bytes
+    auto &device = sonvex::IDeviceConfiguration::createInstance(stream.mac, buffer, sampleSize, stream.channels,
+                                                                stream.samplesPerChannel);
+    auto &configuration = sonvex::IStreamConfiguration::createInstance(stream.mac, stream.mac, adapter, device);
+    try {
+        capture = &ISonvex::createInstance().addRemoteStreamReceiver(configuration);
+    } catch (const exceptions::InstanceNotCreateable &error) {
+        throw common::Refusal(openRefusal(settings.device, link.state(), error.what()), common::Refusal::failure);
+    }
+    adapterFacts = &sonvex::IAdapterFacts::createInstance(*capture);
+    const auto &facts = sonvex::IStreamFacts::createInstance(stream.mac);
+    const auto memory = longestResult(settings.analyses) + static_cast<std::uint64_t>(sampleRate);
+    streams.emplace(stream.mac, Stream{&stream, &facts, Timeline(facts, stream.samplesPerChannel, memory)});
+}
+
+void Session::addAnalysis(std::shared_ptr<const Analysis> analysis) {
+    const Analysis::Channel &channel = analysis->channel();
+    auto &library = ISonvex::createInstance();
+    auto &configuration = analysis->configure();
+    auto &handle = library.addProcessor(sonvex::IProcessConfiguration::createInstance(
+        analysis->name(), configuration, channel.mac, static_cast<unsigned char>(channel.number)));
+    analysis->configureProcessor(configuration);
+    library.getMeteringDataSource(handle).bindChannelCallback(
+        [this, index = running.size()](sonvex::IChannelData &data) { receiveResult(index, data); });
+    Stream &stream = streams.at(channel.mac);
+    running.push_back({std::move(analysis), &handle, &stream, 0, 0, {}});
+}
+
+void Session::start() {
+    startTime = Clock::now();
+    for (auto &entry : running) {
+        entry.lastSign = *startTime;
+    }
+    for (auto &entry : running) {
+        entry.processor->start();
+    }
+    capture->start();
+}
+
+void Session::end() {
+    if (std::exchange(ended, true)) {
+        return;
+    }
+    endTime = Clock::now();
+    if (startTime) {
+        capture->stop();
+        for (auto &entry : running) {
+            entry.processor->stop();
+        }
+    }
+    // No calculation is left after it, so what is on its way then has been posted.
+    ISonvex::destroy();
+    QCoreApplication::sendPostedEvents();
+    ISonvex::createInstance().setMessageReceiver({});
+}
+
+void Session::receiveResult(std::size_t index, sonvex::IChannelData &data) {
+    Running &entry = running[index];
+    entry.lastSign = Clock::now();
+    Timeline &timeline = entry.stream->timeline;
+    timeline.update();
+    auto result = std::make_shared<Result>();
+    result->analysis = entry.analysis;
+    result->sequence = entry.results++;
+    result->x = data.getVectorData().getX();
+    result->y = data.getVectorData().getY();
+    const Analysis &analysis = *entry.analysis;
+    result->endSample = analysis.clock().internal
+                            ? timeline.end()
+                            : entry.results * analysis.cyclesPerResult() * analysis.clock().period;
+    result->endTime = timeline.timeOf(result->endSample);
+    const std::uint64_t amount = std::max(analysis.amount(), analysis.clock().internal ? 0 : analysis.clock().period);
+    result->behindGap = timeline.hasGap(result->endSample - std::min(amount, result->endSample), result->endSample);
+    if (resultReceiver) {
+        resultReceiver(std::move(result));
+    }
+}
+
+void Session::receiveMessage(const sonvex::imessages::IBaseMessage &message) {
+    ++messages;
+    if (messageReceiver) {
+        messageReceiver(std::make_shared<const Message>(decode(message)));
+    }
+}
+
+double Session::seconds() const {
+    return startTime ? std::chrono::duration<double>(endTime.value_or(Clock::now()) - *startTime).count() : 0.0;
+}
+
+bool Session::isOverdue(const Running &entry) const {
+    const std::chrono::duration<double> silence = endTime.value_or(Clock::now()) - entry.lastSign;
+    return silence.count() >= std::max(Health::patience, 2 * entry.analysis->period());
+}
+
+Status Session::examine() {
+    Status status;
+    status.seconds = seconds();
+    status.messages = messages;
+    status.adapter.link = link.state();
+    if (adapterFacts != nullptr) {
+        status.adapter.capturing = adapterFacts->isCapturing();
+        status.adapter.endReason = adapterFacts->getEndReason();
+        status.adapter.seen = adapterFacts->getFramesSeen();
+        status.adapter.ofNoStream = adapterFacts->getFramesOfNoStream();
+        status.adapter.kernelDrops = adapterFacts->getKernelDrops();
+    }
+    for (const auto &stream : settings.streams) {
+        if (const auto found = streams.find(stream.mac); found != streams.end()) {
+            status.streams.push_back(statusOf(stream.mac, *found->second.facts));
+        }
+    }
+    const double elapsed = status.seconds - std::exchange(examinedAt, status.seconds);
+    for (auto &entry : running) {
+        AnalysisStatus analysis{entry.analysis, entry.results, 0.0, AnalysisStatus::State::running};
+        const std::uint64_t before = std::exchange(entry.resultsBefore, entry.results);
+        if (elapsed > 0.0) {
+            analysis.resultsPerSecond = static_cast<double>(entry.results - before) / elapsed;
+        }
+        if (startTime && isOverdue(entry)) {
+            analysis.state = AnalysisStatus::State::silent;
+        } else if (entry.results == 0) {
+            analysis.state = AnalysisStatus::State::waiting;
+        }
+        status.analyses.push_back(std::move(analysis));
+    }
+    status.conditions = health.examine(status);
+    return status;
+}
+
+} // namespace monitoring

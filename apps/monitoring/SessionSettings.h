@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "monitoring/analyses/Analysis.h"
+
+namespace monitoring {
+
+/// All that a session is to do.
+struct SessionSettings {
+    std::string device;
+    std::vector<StreamSettings> streams;
+    Analyses analyses;
+    /// Of all analyses but those that can't do with it.
+    ClockSettings clock;
+    unsigned bufferSize = 0; ///< samples
+    /// What 0 dB full scale is in dB SPL, for those who show levels.
+    std::optional<double> reference;
+};
+
+} // namespace monitoring

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+
+#include "monitoring/analyses/AnalysisKind.h"
+
+namespace monitoring {
+
+/// The power spectrum of a channel's newest samples.
+class Spectrum : public Analysis {
+public:
+    /// Over time.
+    struct Averaging {
+        bool inCycles = true;
+        unsigned window = 0; ///< cycles or milliseconds
+
+        /// As on the command line.
+        std::string toString() const;
+    };
+
+    static const AnalysisKind description;
+
+    /// Of 2 to the power of @p order samples.
+    Spectrum(Channel channel, unsigned order, std::optional<Averaging> averaging, ClockSettings clock);
+
+    unsigned order() const { return fftOrder; }
+    /// In Hz.
+    double binWidth() const { return sampleRate / amount(); }
+
+    const AnalysisKind &kind() const override { return description; }
+    std::string unit() const override;
+    std::vector<Setting> settings() const override;
+    std::string bufferRefusal(unsigned bufferSize) const override;
+    std::vector<std::string> limits(unsigned bufferSize) const override;
+    sonvex::iprocess::IProcessorConfigBase &configure() const override;
+    void configureProcessor(sonvex::iprocess::IProcessorConfigBase &config) const override;
+    std::unique_ptr<Meter> makeMeter() const override;
+
+private:
+    unsigned fftOrder;
+    std::optional<Averaging> averaging;
+};
+
+} // namespace monitoring
