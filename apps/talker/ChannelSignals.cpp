@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <iterator>
 
-#include "talker/signals/createSignal.h"
-
 namespace talker {
 
 ChannelSignals::ChannelSignals(const std::vector<std::string> &texts) {
-    std::transform(texts.begin(), texts.end(), std::back_inserter(signals), createSignal);
+    std::transform(texts.begin(), texts.end(), std::back_inserter(signals), Signal::parse);
 }
 
 void ChannelSignals::fill(AafFrame &frame, std::uint64_t firstSample) const {
@@ -16,8 +14,8 @@ void ChannelSignals::fill(AafFrame &frame, std::uint64_t firstSample) const {
         std::int16_t code = 0;
         for (unsigned channel = 0; channel < frame.getChannels(); ++channel) {
             const bool hasItsOwn = channel < signals.size();
-            const SignalSource &signal = hasItsOwn ? *signals[channel] : *signals.back();
-            if (hasItsOwn || signal.differsByChannel()) {
+            const Signal &signal = hasItsOwn ? signals[channel] : signals.back();
+            if (hasItsOwn || signal.differsByChannel) {
                 code = signal.code(firstSample + sample, channel);
             }
             frame.setSample(sample, channel, code);

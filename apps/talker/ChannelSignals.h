@@ -1,19 +1,18 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "talker/AafFrame.h"
-#include "talker/signals/SignalSource.h"
+#include "talker/Signal.h"
 
 namespace talker {
 
 /// The signals of all channels, in the order of the channels; the last one serves all further channels.
 class ChannelSignals {
 public:
-    /// @param texts descriptions as createSignal takes them, at least one
+    /// @param texts descriptions as Signal::parse takes them, at least one
     explicit ChannelSignals(const std::vector<std::string> &texts);
 
     /// Writes all samples of a frame.
@@ -21,7 +20,7 @@ public:
     void fill(AafFrame &frame, std::uint64_t firstSample) const;
 
 private:
-    std::vector<std::unique_ptr<const SignalSource>> signals;
+    std::vector<Signal> signals;
 };
 
 } // namespace talker

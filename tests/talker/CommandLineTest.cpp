@@ -47,7 +47,7 @@ TEST(CommandLine, refusesMalformedValuesAndStrayWords) {
 
 TEST(CommandLine, refusesSignalsThatItCannotPlay) {
     expectRefusals(stream, {{{"--signal", "triangle:1:1"}, "signal 'triangle:1:1'"},
-                            {{"--signal", "sine:1000:0.5:1"}, "'0.5:1'"},
+                            {{"--signal", "sine:1000:0.5:1"}, "none of sine:HZ:AMPLITUDE"},
                             {{"--signal", "sine:24001:1"}, "'24001'"},
                             {{"--signal", "square:1:nan"}, "'nan'"},
                             {{"--signal", "noise:-1"}, "'-1'"},

@@ -7,14 +7,14 @@
 
 #include "common/Refusal.h"
 #include "talker/ChannelSignals.h"
-#include "talker/signals/createSignal.h"
+#include "talker/Signal.h"
 
 namespace {
 
 using Codes = std::vector<std::int16_t>;
 
 /// Codes of one channel, at every step-th sample from the start on.
-Codes codes(const talker::SignalSource &signal, std::uint64_t start, std::size_t amount, std::uint64_t step = 1,
+Codes codes(const talker::Signal &signal, std::uint64_t start, std::size_t amount, std::uint64_t step = 1,
             unsigned channel = 0) {
     Codes result;
     for (std::size_t i = 0; i < amount; ++i) {
@@ -25,7 +25,7 @@ Codes codes(const talker::SignalSource &signal, std::uint64_t start, std::size_t
 
 Codes codes(const std::string &text, std::uint64_t start, std::size_t amount, std::uint64_t step = 1,
             unsigned channel = 0) {
-    return codes(*talker::createSignal(text), start, amount, step, channel);
+    return codes(talker::Signal::parse(text), start, amount, step, channel);
 }
 
 TEST(Signal, sineFollowsTheFormulaAndIsClippedAtFullScale) {
@@ -63,26 +63,25 @@ TEST(Signal, noiseFillsItsRangeEvenlyAndIsTheSameAtEveryRun) {
 
 /// The signal of a stereo file with these values.
 template <typename Value, typename Write>
-std::unique_ptr<const talker::SignalSource> fileSignal(int rate, int format, const std::vector<Value> &values,
-                                                       Write write) {
+talker::Signal fileSignal(int rate, int format, const std::vector<Value> &values, Write write) {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("a:b.wav")).toStdString();
     SF_INFO info = {0, rate, 2, SF_FORMAT_WAV | format, 0, 0};
     SNDFILE *file = sf_open(path.c_str(), SFM_WRITE, &info);
     write(file, values.data(), static_cast<sf_count_t>(values.size()));
     sf_close(file);
-    return talker::createSignal("wav:" + path);
+    return talker::Signal::parse("wav:" + path);
 }
 
 TEST(Signal, audioFileIsPlayedInALoopWithItsChannelsInTurn) {
     for (const int format : {SF_FORMAT_PCM_16, SF_FORMAT_PCM_24}) {
         const auto signal = fileSignal(48000, format, Codes({-32768, 8192, -1, 32767, 0, 16384}), sf_write_short);
-        EXPECT_EQ(codes(*signal, 0, 5, 1, 0), Codes({-32768, -1, 0, -32768, -1})) << format;
-        EXPECT_EQ(codes(*signal, 0, 4, 1, 1), Codes({8192, 32767, 16384, 8192})) << format;
-        EXPECT_EQ(codes(*signal, 3000000001, 2, 1, 5), Codes({32767, 16384})) << format;
+        EXPECT_EQ(codes(signal, 0, 5, 1, 0), Codes({-32768, -1, 0, -32768, -1})) << format;
+        EXPECT_EQ(codes(signal, 0, 4, 1, 1), Codes({8192, 32767, 16384, 8192})) << format;
+        EXPECT_EQ(codes(signal, 3000000001, 2, 1, 5), Codes({32767, 16384})) << format;
     }
     const std::vector<double> values = {1.5, 0.25, -1.5, -0.25};
-    EXPECT_EQ(codes(*fileSignal(48000, SF_FORMAT_FLOAT, values, sf_write_double), 0, 2), Codes({32767, -32768}));
+    EXPECT_EQ(codes(fileSignal(48000, SF_FORMAT_FLOAT, values, sf_write_double), 0, 2), Codes({32767, -32768}));
 }
 
 TEST(Signal, audioFileOfAnotherRateOrWithoutSamplesIsRefused) {

@@ -1,24 +1,24 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
-
-#include "talker/signals/SignalSource.h"
 
 namespace talker {
 
 /// An audio file of 48 kHz, held in memory and played in a loop; the talker's channels take its channels in turn.
-class WavSignal : public SignalSource {
+class WavFile {
 public:
     /// @throws common::Refusal for a file that cannot be read, is empty or has another sample rate
-    explicit WavSignal(const std::string &path);
+    explicit WavFile(const std::string &path);
 
-    std::int16_t code(std::uint64_t sample, unsigned channel) const override {
-        return codes[sample % length * channels + channel % channels];
+    std::int16_t operator()(std::uint64_t sample, unsigned channel) const {
+        return (*codes)[sample % length * channels + channel % channels];
     }
 
 private:
-    std::vector<std::int16_t> codes; ///< the channels side by side
+    std::shared_ptr<const std::vector<std::int16_t>> codes; ///< the channels side by side
     std::size_t channels = 0;
     std::size_t length = 0; ///< in samples per channel
 };

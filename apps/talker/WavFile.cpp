@@ -1,12 +1,14 @@
-#include "talker/signals/WavSignal.h"
+#include "talker/WavFile.h"
 
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include <sndfile.h>
 
 #include "common/Refusal.h"
+#include "talker/Signal.h"
 
 namespace talker {
 
@@ -18,7 +20,7 @@ struct CloseFile {
 
 } // namespace
 
-WavSignal::WavSignal(const std::string &path) {
+WavFile::WavFile(const std::string &path) {
     const auto refuse = [&path](const std::string &reason) {
         throw common::Refusal("audio file '" + path + "': " + reason);
     };
@@ -35,16 +37,18 @@ WavSignal::WavSignal(const std::string &path) {
     // Floating-point and wider integer files are rounded like any other signal; 16-bit codes stay as they are.
     channels = static_cast<std::size_t>(info.channels);
     std::vector<double> block(4096 * channels);
+    std::vector<std::int16_t> read;
     while (const sf_count_t count = sf_read_double(file.get(), block.data(), static_cast<sf_count_t>(block.size()))) {
-        std::transform(block.begin(), block.begin() + count, std::back_inserter(codes), toCode);
+        std::transform(block.begin(), block.begin() + count, std::back_inserter(read), toCode);
     }
-    length = codes.size() / channels;
+    length = read.size() / channels;
     if (sf_error(file.get()) != SF_ERR_NO_ERROR) {
         refuse(sf_strerror(file.get()));
     }
     if (length == 0) {
         refuse("holds no samples");
     }
+    codes = std::make_shared<const std::vector<std::int16_t>>(std::move(read));
 }
 
 } // namespace talker
