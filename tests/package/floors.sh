@@ -17,9 +17,10 @@ planted=(
     'src/threading/Worker.cpp|# include <pcap/pcap.h>'
     'src/kernels/Status.cpp|#include <sonvex/version.h>'
     'src/kernels/loops/Vector.h|#include <QString>'
-    'apps/monitoring/Result.h|#include "analyser/files/Output.h"'
+    'apps/monitoring/Result.h|#include "analyser/output/Output.h"'
     'apps/monitoring/meters/Meter.h|#include "monitoring/Result.h"'
     'apps/talker/main.cpp|#include "core/logging/Log.h"'
+    'src/avb/AvtpPacketReceiver.cpp|#include <engine/Run.h>'
     'apps/common/Text.cpp|#include "monitoring/Session.h"'
 )
 for plant in "${planted[@]}"; do
