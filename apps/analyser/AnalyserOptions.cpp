@@ -24,6 +24,7 @@ namespace {
 constexpr unsigned maximumBuffer = 1U << 25U; // samples
 constexpr unsigned maximumSamplesPerPacket = 32767;
 constexpr unsigned maximumMilliseconds = std::numeric_limits<int>::max();
+constexpr double maximumWindow = 3600.0; // seconds
 constexpr double maximumSeconds = maximumMilliseconds / 1000.0;
 
 constexpr char generalHelp[] =
@@ -100,7 +101,8 @@ ClockSettings parseClock(const std::string &text) {
     refuse("--clock '" + text + "' is neither external:SAMPLES nor internal:MS");
 }
 
-Format parseFormat(const std::string &text, const std::vector<std::pair<std::string, Format>> &formats) {
+Format parseFormat(const std::string &option, const std::string &text,
+                   const std::vector<std::pair<std::string, Format>> &formats) {
     std::string names;
     for (const auto &[name, format] : formats) {
         if (name == text) {
@@ -108,7 +110,7 @@ Format parseFormat(const std::string &text, const std::vector<std::pair<std::str
         }
         names += (names.empty() ? "" : ", ") + name;
     }
-    refuse("--format '" + text + "' is none of " + names);
+    refuse(option + " '" + text + "' is none of " + names);
 }
 
 std::string file(const common::CommandLine &line, const char *name) {
@@ -138,8 +140,8 @@ Command parseDevices(const QStringList &arguments) {
         return ShownText{line.helpText()};
     }
     DevicesOptions options;
-    options.format =
-        parseFormat(line.single("format").value_or("text"), {{"text", Format::text}, {"json", Format::json}});
+    options.format = parseFormat("--format", line.single("format").value_or("text"),
+                                 {{"text", Format::text}, {"json", Format::json}});
     options.log = logOptions(line);
     return options;
 }
@@ -158,6 +160,10 @@ void addMonitorOptions(common::CommandLine &line) {
     line.addOption("reference",
                    "What 0 dBFS at this channel is in dB SPL, from a calibration: levels and spectra then show dB SPL.",
                    "dB");
+    line.addOption("window",
+                   "Seconds that the highest levels, the mean energies and the held peaks of spectra are shown for; "
+                   "without, the whole run.",
+                   "seconds");
     line.addOption(
         "clock",
         "When results come: external:SAMPLES, after each so many samples of the channel (external:480), or "
@@ -175,9 +181,10 @@ void addMonitorOptions(common::CommandLine &line) {
         "json:FILE or csv:FILE: a further output beside the first, which neither waits for the other. May be "
         "repeated.",
         "output");
-    line.addOption("wait",
-                   "While a reader of JSON or CSV takes nothing, results are left out, and their amount is told. With "
-                   "this option everything waits for it instead.");
+    line.addOption(
+        "wait", "While a reader of JSON or CSV takes nothing, results are left out once 16 MiB of them wait, and their "
+                "amount is told. With this option none is: up to 256 MiB wait in memory, and then all waits for the "
+                "reader.");
 }
 
 unsigned parseBuffer(const common::CommandLine &line, const Analyses &analyses) {
@@ -201,7 +208,7 @@ unsigned parseBuffer(const common::CommandLine &line, const Analyses &analyses) 
 std::vector<OutputOptions> parseOutputs(const common::CommandLine &line) {
     const bool waits = line.has("wait");
     std::vector<OutputOptions> outputs;
-    outputs.push_back({parseFormat(line.single("format").value_or("live"),
+    outputs.push_back({parseFormat("--format", line.single("format").value_or("live"),
                                    {{"live", Format::live}, {"json", Format::json}, {"csv", Format::csv}}),
                        file(line, "output"), waits});
     for (const std::string &also : line.all("also")) {
@@ -209,7 +216,7 @@ std::vector<OutputOptions> parseOutputs(const common::CommandLine &line) {
         if (colon == std::string::npos || colon + 1 == also.size()) {
             refuse("--also '" + also + "' is neither json:FILE nor csv:FILE");
         }
-        outputs.push_back({parseFormat(also.substr(0, colon), {{"json", Format::json}, {"csv", Format::csv}}),
+        outputs.push_back({parseFormat("--also", also.substr(0, colon), {{"json", Format::json}, {"csv", Format::csv}}),
                            also.substr(colon + 1), waits});
     }
     return outputs;
@@ -248,6 +255,9 @@ Command parseMonitor(const QStringList &arguments) {
     session.bufferSize = parseBuffer(line, session.analyses);
     if (const auto reference = line.single("reference")) {
         session.reference = common::parseNumber<double>(*reference, "--reference", -300, 300);
+    }
+    if (const auto window = line.single("window")) {
+        session.window = common::parseNumber<double>(*window, "--window", 0.001, maximumWindow);
     }
     if (const auto seconds = line.single("seconds")) {
         options.seconds = common::parseNumber<double>(*seconds, "--seconds", 0.001, maximumSeconds);

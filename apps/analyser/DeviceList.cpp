@@ -5,7 +5,7 @@
 
 #include <sonvex/INetworkDeviceManager.h>
 
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 #include "common/Text.h"
 #include "common/oneLine.h"
 

@@ -20,7 +20,7 @@ class LibraryLog {
 public:
     /// The one that is fed by Qt. It is never destroyed, because the library logs until it is unloaded.
     static LibraryLog &shared();
-    /// Makes Qt feed the shared observer. Safe to call before any constructor of the process has run.
+    /// Makes Qt feed the shared log. Safe to call before any constructor of the process has run.
     static void install();
 
     /// Until this call lines are kept. @throws common::Refusal if the file can't be opened

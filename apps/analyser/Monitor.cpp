@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -12,7 +13,7 @@
 #include "analyser/SignalWatcher.h"
 #include "analyser/files/CsvFile.h"
 #include "analyser/files/JsonFile.h"
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 #include "analyser/terminal/LiveView.h"
 #include "analyser/terminal/PlainView.h"
 #include "common/Refusal.h"
@@ -26,29 +27,53 @@ namespace {
 
 constexpr int tickPeriod = 1000;                    // ms
 constexpr std::size_t queueBound = 16U << 20U;      // bytes of results on their way to a listener
+constexpr std::size_t waitingBound = 256U << 20U;   // to one that everything waits for
 constexpr std::chrono::milliseconds patience(2000); // for a screen to be left
 
-void quit() {
-    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+/// Whether both are the same, and one would write over the other.
+bool isShared(const struct stat &one, const struct stat &other) {
+    return !S_ISCHR(one.st_mode) && one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 } // namespace
 
-Monitor::Monitor(const MonitorOptions &options) : options(options), session(options.session) {
+Monitor::Monitor(const MonitorOptions &options)
+    : options(options), ending(std::make_shared<Ending>(SignalWatcher::endRequested)), session(options.session) {
     for (const OutputOptions &settings : options.outputs) {
-        outputs.push_back(std::make_shared<Output>(settings.file, SignalWatcher::endRequested));
+        outputs.push_back(std::make_shared<Output>(settings.file, ending));
     }
+    refuseSharedFiles();
     // The library's log would write across a view that redraws.
     const bool logInTheWay = options.log.verbose && ::isatty(STDERR_FILENO) == 1;
     hasScreen =
         options.outputs.front().format == Format::live && LiveView::isPossible(*outputs.front()) && !logInTheWay;
 }
 
-Monitor::~Monitor() = default;
+Monitor::~Monitor() {
+    ending->begin(); // also behind an exception no reader is waited for without an end
+}
+
+void Monitor::refuseSharedFiles() const {
+    std::vector<struct stat> known;
+    struct stat log {};
+    if (!options.log.file.empty() && ::stat(options.log.file.c_str(), &log) == 0) {
+        known.push_back(log);
+    }
+    for (const auto &output : outputs) {
+        struct stat file {};
+        if (::fstat(output->descriptor(), &file) != 0) {
+            continue; // writing will say why
+        }
+        if (std::any_of(known.begin(), known.end(), [&](const auto &other) { return isShared(file, other); })) {
+            throw common::Refusal(output->title() + " is already written by another option");
+        }
+        known.push_back(file);
+    }
+}
 
 int Monitor::run() {
     SignalWatcher::Handlers handlers;
-    handlers.end = quit;
+    handlers.end = [this] { quit(); };
     if (hasScreen) {
         handlers.resize = [this] { onScreen(&LiveView::drawSoon); };
         handlers.stop = [this] { onScreen(&LiveView::leaveScreen); };
@@ -64,11 +89,11 @@ int Monitor::run() {
         common::complain(note);
     }
     const std::chrono::milliseconds time(std::lround(options.seconds.value_or(0.0) * 1000.0));
+    if (options.seconds) {
+        ending->setDeadline(Ending::Clock::now() + time);
+    }
     for (const auto &output : outputs) {
-        output->onFailure(quit);
-        if (options.seconds) {
-            output->setDeadline(std::chrono::steady_clock::now() + time);
-        }
+        output->onFailure([this] { quit(); });
         output->begin();
     }
     for (std::size_t index = 0; index < outputs.size(); ++index) {
@@ -80,7 +105,7 @@ int Monitor::run() {
     ticker.start(tickPeriod);
     session.start();
     if (options.seconds) {
-        QTimer::singleShot(time, Qt::PreciseTimer, &ticker, quit);
+        QTimer::singleShot(time, Qt::PreciseTimer, &ticker, [this] { quit(); });
     }
     QCoreApplication::exec();
     ticker.stop();
@@ -102,20 +127,31 @@ void Monitor::addListener(std::size_t index) {
         listener = std::make_unique<PlainView>(outputs[index], options.session);
     }
     using WhenFull = monitoring::Delivery::WhenFull;
-    const bool waits = settings.waits && settings.format != Format::live;
-    deliveries.push_back(std::make_unique<monitoring::Delivery>(
-        std::move(listener), queueBound, waits ? WhenFull::wait : WhenFull::dropOldest, SignalWatcher::endRequested));
+    monitoring::Delivery::Terms terms{queueBound};
+    if (settings.waits && settings.format != Format::live) {
+        terms.bound = waitingBound;
+        terms.whenFull = WhenFull::wait;
+        terms.givesUp = [ending = ending] { return ending->isUrgent(); };
+    }
+    terms.failed = [this] { quit(); };
+    deliveries.push_back(std::make_unique<monitoring::Delivery>(std::move(listener), std::move(terms)));
 }
 
 void Monitor::onScreen(void (LiveView::*function)()) {
     if (view != nullptr) {
-        deliveries.front()->run([this, function] { (view->*function)(); }, patience);
+        // The view itself is as long there as its thread, which may get to this when nobody waits any more.
+        deliveries.front()->run([view = view, function] { (view->*function)(); }, patience);
     }
+}
+
+void Monitor::quit() {
+    ending->begin();
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
 void Monitor::tick() {
     if (!LibraryLog::shared().failure().empty()) {
-        QCoreApplication::quit();
+        quit();
         return;
     }
     const auto status = std::make_shared<const monitoring::Status>(session.examine());
@@ -133,7 +169,9 @@ void Monitor::say(const monitoring::Status &status) {
         }
     }
     if (status.conditions.empty() && !said.empty()) {
-        common::complain("results arrive from every channel");
+        const bool wasSilent =
+            std::any_of(said.begin(), said.end(), [](const auto &other) { return other.isSilence(); });
+        common::complain(wasSilent ? "results arrive from every channel" : "results have all their samples again");
     }
     said = status.conditions;
 }
@@ -144,31 +182,50 @@ int Monitor::finish() {
         onScreen(&LiveView::leaveScreen); // also a program that is killed while it ends leaves a terminal in order
     }
     session.end();
+    endListeners();
+    return report();
+}
+
+/// While listeners take what is on its way, signals are still heard.
+void Monitor::endListeners() {
     const auto status = std::make_shared<const monitoring::Status>(session.examine());
-    std::uint64_t leftOut = 0;
+    std::size_t open = deliveries.size();
+    const auto ended = [&open] {
+        --open;
+        QCoreApplication::quit();
+    };
     for (const auto &delivery : deliveries) {
-        delivery->end(status);
-        leftOut += delivery->leftOut();
+        delivery->end(status, [&ended] { QMetaObject::invokeMethod(qApp, ended, Qt::QueuedConnection); });
     }
-    view = nullptr;
-    deliveries.clear(); // waits for the listeners
-    std::string failure;
-    for (const auto &output : outputs) {
-        if (!output->failure().empty()) {
-            failure = "cannot write the output: " + output->failure();
+    while (open > 0) {
+        QCoreApplication::exec(); // a loop of another kind would end at once behind the first exec()
+    }
+}
+
+/// @return the exit status
+int Monitor::report() const {
+    std::vector<std::string> failures;
+    for (std::size_t index = 0; index < outputs.size(); ++index) {
+        const std::string &title = outputs[index]->title();
+        if (const auto leftOut = deliveries[index]->leftOut(); leftOut.results + leftOut.messages > 0) {
+            common::complain(title + " lacks " + monitoring::describe(leftOut) + ", since its reader was too slow");
+        }
+        failures.push_back(outputs[index]->failure());
+        if (const std::string reason = deliveries[index]->failure(); !reason.empty()) {
+            failures.push_back("cannot make " + title + ": " + reason);
         }
     }
-    if (failure.empty() && !LibraryLog::shared().failure().empty()) {
-        failure = "cannot write the log: " + LibraryLog::shared().failure();
+    if (const std::string reason = LibraryLog::shared().failure(); !reason.empty()) {
+        failures.push_back("cannot write the log: " + reason);
     }
-    if (leftOut > 0) {
-        common::complain(text::counted(leftOut, "result") + " left out, since a reader was too slow");
+    int exitStatus = 0;
+    for (const std::string &failure : failures) {
+        if (!failure.empty()) {
+            common::complain(failure);
+            exitStatus = common::Refusal::failure;
+        }
     }
-    if (!failure.empty()) {
-        common::complain(failure);
-        return common::Refusal::failure;
-    }
-    return 0;
+    return exitStatus;
 }
 
 } // namespace analyser

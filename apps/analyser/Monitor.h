@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "analyser/AnalyserOptions.h"
+#include "analyser/output/Ending.h"
 #include "monitoring/Delivery.h"
 #include "monitoring/Session.h"
 
@@ -28,7 +29,10 @@ public:
     int run();
 
 private:
+    void refuseSharedFiles() const;
     void addListener(std::size_t index);
+    /// On any thread.
+    void quit();
     void tick();
     void say(const monitoring::Status &status);
     /// Runs the view's function on its thread.
@@ -40,15 +44,18 @@ private:
         }
     }
     int finish();
+    void endListeners();
+    int report() const;
 
     const MonitorOptions &options;
-    monitoring::Session session;
-    std::vector<std::shared_ptr<Output>> outputs;
+    const std::shared_ptr<Ending> ending;
+    std::vector<std::shared_ptr<Output>> outputs; ///< one for each of the deliveries
     bool hasScreen = false;
     LiveView *view = nullptr; ///< of the first delivery, if it has a screen
     std::vector<std::unique_ptr<monitoring::Delivery>> deliveries;
     QTimer ticker;
     std::vector<monitoring::Condition> said; ///< at the last tick
+    monitoring::Session session;             ///< last: its end hands things over to all of the above
 };
 
 } // namespace analyser

@@ -31,9 +31,12 @@ SignalWatcher::SignalWatcher(Handlers newHandlers) : handlers(std::move(newHandl
     sigset_t watched;
     sigemptyset(&watched);
     for (const int number : endSignals) {
-        if (!isIgnored(number)) {
-            sigaddset(&watched, number);
+        if (number == SIGHUP && isIgnored(number)) {
+            continue;
         }
+        // A shell without job control has the others ignored behind an '&'; who sends one to this program means it.
+        (void)std::signal(number, SIG_DFL);
+        sigaddset(&watched, number);
     }
     if (handlers.resize) {
         sigaddset(&watched, SIGWINCH);
@@ -56,6 +59,10 @@ SignalWatcher::SignalWatcher(Handlers newHandlers) : handlers(std::move(newHandl
 
 SignalWatcher::~SignalWatcher() {
     notifier.reset();
+    // What comes as late as this must not end a program that has done its work.
+    signalfd_siginfo late{};
+    while (::read(descriptor.get(), &late, sizeof late) == sizeof late) {
+    }
     pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr);
 }
 

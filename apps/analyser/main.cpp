@@ -3,7 +3,7 @@
 #include "analyser/DeviceList.h"
 #include "analyser/LibraryLog.h"
 #include "analyser/Monitor.h"
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 #include "common/Refusal.h"
 #include "common/fillStandardDescriptors.h"
 #include "common/runProgram.h"
@@ -32,7 +32,7 @@ int execute(const analyser::Command &command) {
         output.write(std::get<analyser::ShownText>(command).text);
     }
     if (!output.failure().empty()) {
-        throw common::Refusal("cannot write the output: " + output.failure(), common::Refusal::failure);
+        throw common::Refusal(output.failure(), common::Refusal::failure);
     }
     return 0;
 }

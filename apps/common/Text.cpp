@@ -11,11 +11,6 @@ namespace text {
 
 namespace {
 
-bool isControl(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7f;
-}
-
 std::string escaped(char character) {
     constexpr std::string_view digits = "0123456789abcdef";
     const auto byte = static_cast<unsigned char>(character);
@@ -23,6 +18,11 @@ std::string escaped(char character) {
 }
 
 } // namespace
+
+bool isControl(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || byte == 0x7f;
+}
 
 std::string number(double value) {
     std::array<char, 32> buffer{};

@@ -13,6 +13,8 @@ std::string number(double value);
 /// With @p decimals digits after the point.
 std::string fixed(double value, int decimals);
 /// As a JSON string with its quotes. What is no UTF-8 becomes the replacement character.
+/// Whether it is no character for the eye, in the range of a byte.
+bool isControl(char character);
 std::string quoted(std::string_view value);
 /// The first @p columns characters, each taken as one column wide.
 std::string_view cut(std::string_view value, std::size_t columns);

@@ -2,17 +2,13 @@
 
 #include <algorithm>
 
+#include "common/Text.h"
+
 namespace common {
 
-std::string oneLine(std::string_view text) {
-    std::string result(text);
-    std::replace_if(
-        result.begin(), result.end(),
-        [](char character) {
-            const auto byte = static_cast<unsigned char>(character);
-            return byte < 0x20 || byte == 0x7f;
-        },
-        ' ');
+std::string oneLine(std::string_view value) {
+    std::string result(value);
+    std::replace_if(result.begin(), result.end(), text::isControl, ' ');
     return result;
 }
 

@@ -6,6 +6,6 @@
 namespace common {
 
 /// With a blank in place of every control character.
-std::string oneLine(std::string_view text);
+std::string oneLine(std::string_view value);
 
 } // namespace common

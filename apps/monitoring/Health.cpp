@@ -51,7 +51,7 @@ std::vector<Condition> Health::examine(const Status &status) {
     return conditions;
 }
 
-std::vector<Condition> Health::streamConditions(const StreamStatus &stream, const Status &status) const {
+std::vector<Condition> Health::streamConditions(const StreamStatus &stream, const Status &status) {
     // The internal clock makes results without any frame.
     const bool unseen = !stream.seen && status.seconds >= patience;
     std::vector<Condition> conditions;
@@ -73,10 +73,23 @@ std::vector<Condition> Health::streamConditions(const StreamStatus &stream, cons
         }
     }
     // The internal clock makes results of no data, and of many frames some may be refused.
-    if (const auto refusal = refusalOf(stream); refusal && conditions.empty()) {
-        conditions.push_back(*refusal);
+    if (const auto refusal = refusalOf(stream)) {
+        remember(*refusal, status.seconds);
+    }
+    for (const Loss &loss : losses) {
+        if (conditions.empty() && loss.condition.stream == stream.mac && status.seconds < loss.seconds + remembrance) {
+            conditions.push_back(loss.condition);
+        }
     }
     return conditions;
+}
+
+/// One of each stream, the newest.
+void Health::remember(const Condition &condition, double seconds) {
+    losses.erase(std::remove_if(losses.begin(), losses.end(),
+                                [&](const Loss &loss) { return loss.condition.stream == condition.stream; }),
+                 losses.end());
+    losses.push_back({condition, seconds});
 }
 
 /// Nothing while the stream's frames are taken.
@@ -103,6 +116,9 @@ Condition Health::silenceOf(const StreamStatus &stream, unsigned channel) const 
     }
     if (stream.gaps > before(stream).gaps) {
         return conditionOf(stream, Cause::framesLost, stream.gaps);
+    }
+    if (stream.taken > before(stream).taken) {
+        return conditionOf(stream, Cause::noResults);
     }
     return conditionOf(stream, stream.seen ? Cause::streamEnded : Cause::streamUnseen);
 }

@@ -10,7 +10,14 @@
 
 namespace monitoring {
 
-/// One who hears of a session: a screen, a file, a page. Everything is called on one thread, its Delivery's.
+/// What a listener was too slow for.
+struct LeftOut {
+    std::uint64_t results = 0;
+    std::uint64_t messages = 0;
+};
+
+/// One who hears of a session: a screen, a file, a page. Everything is called on one thread, its Delivery's. A listener
+/// that throws hears no more.
 class Listener {
 public:
     using Clock = std::chrono::steady_clock;
@@ -26,8 +33,8 @@ public:
     virtual void message(const Message & /*message*/) {}
     /// About once a second.
     virtual void status(const Status & /*status*/) {}
-    /// So many results were left out before what comes next, because this listener was too slow for them.
-    virtual void leftOut(std::uint64_t /*results*/) {}
+    /// So much was left out before what comes next, because this listener was too slow for it.
+    virtual void leftOut(const LeftOut & /*amount*/) {}
     /// After all else.
     virtual void end(const Status & /*status*/) {}
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "monitoring/analyses/Analysis.h"
@@ -16,12 +17,13 @@ struct Result {
     std::uint64_t sequence = 0;
     std::vector<double> x;
     std::vector<double> y;
-    /// Where its last sample lies in the stream: that many samples of the channel have been taken since the start. With
-    /// the internal clock within a packet or two.
+    /// Where its last sample lies in the stream: that many samples of a channel have been taken since the start. Within
+    /// a packet or two with the internal clock, and once the stream was without the channel for a while.
     std::uint64_t endSample = 0;
-    /// When that sample was captured, by the system's clock and within a packet.
-    std::chrono::system_clock::time_point endTime;
-    /// Whether samples are missing among those of the result, or right before them.
+    /// When that sample was captured, by the system's clock and within a packet; nothing before the first frame.
+    std::optional<std::chrono::system_clock::time_point> endTime;
+    /// Whether samples are missing among those that the result rests on, or right before them. A frame that came twice
+    /// counts too, as the one behind it is dropped.
     bool behindGap = false;
 };
 

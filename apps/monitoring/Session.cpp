@@ -49,12 +49,12 @@ unsigned clockSamples(const Analyses &analyses) {
     return samples;
 }
 
-unsigned longestResult(const Analyses &analyses) {
-    unsigned longest = 0;
+std::uint64_t largestExtent(const Analyses &analyses) {
+    std::uint64_t largest = 0;
     for (const auto &analysis : analyses) {
-        longest = std::max(longest, analysis->amount());
+        largest = std::max(largest, analysis->extent());
     }
-    return longest;
+    return largest;
 }
 
 Message decode(const sonvex::imessages::IBaseMessage &message) {
@@ -120,7 +120,7 @@ void Session::addStream(const StreamSettings &stream) {
     }
     adapterFacts = &sonvex::IAdapterFacts::createInstance(*capture);
     const auto &facts = sonvex::IStreamFacts::createInstance(stream.mac);
-    const auto memory = longestResult(settings.analyses) + static_cast<std::uint64_t>(sampleRate);
+    const auto memory = largestExtent(settings.analyses) + static_cast<std::uint64_t>(sampleRate);
     streams.emplace(stream.mac, Stream{&stream, &facts, Timeline(facts, stream.samplesPerChannel, memory)});
 }
 
@@ -134,7 +134,11 @@ void Session::addAnalysis(std::shared_ptr<const Analysis> analysis) {
     library.getMeteringDataSource(handle).bindChannelCallback(
         [this, index = running.size()](sonvex::IChannelData &data) { receiveResult(index, data); });
     Stream &stream = streams.at(channel.mac);
-    running.push_back({std::move(analysis), &handle, &stream, 0, 0, {}});
+    Running entry;
+    entry.analysis = std::move(analysis);
+    entry.processor = &handle;
+    entry.stream = &stream;
+    running.push_back(std::move(entry));
 }
 
 void Session::start() {
@@ -176,12 +180,17 @@ void Session::receiveResult(std::size_t index, sonvex::IChannelData &data) {
     result->x = data.getVectorData().getX();
     result->y = data.getVectorData().getY();
     const Analysis &analysis = *entry.analysis;
-    result->endSample = analysis.clock().internal
-                            ? timeline.end()
-                            : entry.results * analysis.cyclesPerResult() * analysis.clock().period;
+    result->endSample = timeline.end();
+    std::uint64_t extent = analysis.extent();
+    if (!analysis.clock().internal) {
+        const std::uint64_t cycles = entry.results * analysis.cyclesPerResult() + analysis.cyclesBefore();
+        const std::uint64_t samples = cycles * analysis.clock().period; // of the channel
+        result->endSample = samples + entry.absence;
+        extent = std::max<std::uint64_t>(extent, analysis.clock().period);
+    }
     result->endTime = timeline.timeOf(result->endSample);
-    const std::uint64_t amount = std::max(analysis.amount(), analysis.clock().internal ? 0 : analysis.clock().period);
-    result->behindGap = timeline.hasGap(result->endSample - std::min(amount, result->endSample), result->endSample);
+    const std::uint64_t first = result->endSample - std::min(extent, result->endSample);
+    result->behindGap = timeline.hasGap(first, result->endSample) || (entry.absence > 0 && first <= entry.absenceEnd);
     if (resultReceiver) {
         resultReceiver(std::move(result));
     }
@@ -189,8 +198,32 @@ void Session::receiveResult(std::size_t index, sonvex::IChannelData &data) {
 
 void Session::receiveMessage(const sonvex::imessages::IBaseMessage &message) {
     ++messages;
+    const auto decoded = std::make_shared<const Message>(decode(message));
+    if (decoded->change) {
+        followChannels(decoded->id, decoded->change->after);
+    }
     if (messageReceiver) {
-        messageReceiver(std::make_shared<const Message>(decode(message)));
+        messageReceiver(decoded);
+    }
+}
+
+/// The stream's position runs on while it is without a channel.
+void Session::followChannels(const std::string &mac, int channels) {
+    for (auto &entry : running) {
+        const Analysis::Channel &channel = entry.analysis->channel();
+        if (channel.mac != mac) {
+            continue;
+        }
+        entry.stream->timeline.update();
+        const std::uint64_t position = entry.stream->timeline.end();
+        const bool isThere = channels > static_cast<int>(channel.number);
+        if (isThere && entry.goneAt) {
+            entry.absence += position - *entry.goneAt;
+            entry.absenceEnd = position;
+            entry.goneAt.reset();
+        } else if (!isThere && !entry.goneAt) {
+            entry.goneAt = position;
+        }
     }
 }
 
@@ -209,7 +242,6 @@ Status Session::examine() {
     status.messages = messages;
     status.adapter.link = link.state();
     if (adapterFacts != nullptr) {
-        status.adapter.capturing = adapterFacts->isCapturing();
         status.adapter.endReason = adapterFacts->getEndReason();
         status.adapter.seen = adapterFacts->getFramesSeen();
         status.adapter.ofNoStream = adapterFacts->getFramesOfNoStream();
@@ -221,7 +253,10 @@ Status Session::examine() {
         }
     }
     const double elapsed = status.seconds - std::exchange(examinedAt, status.seconds);
+    // Was this process itself held up, its results are still on their way.
+    const bool wasStalled = elapsed > Health::patience;
     for (auto &entry : running) {
+        entry.lastSign = wasStalled ? endTime.value_or(Clock::now()) : entry.lastSign;
         AnalysisStatus analysis{entry.analysis, entry.results, 0.0, AnalysisStatus::State::running};
         const std::uint64_t before = std::exchange(entry.resultsBefore, entry.results);
         if (elapsed > 0.0) {

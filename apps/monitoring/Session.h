@@ -66,17 +66,21 @@ private:
     };
     struct Running {
         std::shared_ptr<const Analysis> analysis;
-        sonvex::ihandles::IProcessorHandle *processor;
-        Stream *stream;
+        sonvex::ihandles::IProcessorHandle *processor = nullptr;
+        Stream *stream = nullptr;
         std::uint64_t results = 0;
-        std::uint64_t resultsBefore = 0; ///< at the last examination
-        Clock::time_point lastSign;      ///< of the last result; of the start before the first one
+        std::uint64_t resultsBefore = 0;     ///< at the last examination
+        Clock::time_point lastSign;          ///< of the last result; of the start before the first one
+        std::optional<std::uint64_t> goneAt; ///< the position since which the stream is without the channel
+        std::uint64_t absence = 0;           ///< samples that the stream had without it
+        std::uint64_t absenceEnd = 0;
     };
 
     void addStream(const StreamSettings &stream);
     void addAnalysis(std::shared_ptr<const Analysis> analysis);
     void receiveResult(std::size_t index, sonvex::IChannelData &data);
     void receiveMessage(const sonvex::imessages::IBaseMessage &message);
+    void followChannels(const std::string &mac, int channels);
     double seconds() const;
     bool isOverdue(const Running &running) const;
 

@@ -18,6 +18,8 @@ struct SessionSettings {
     unsigned bufferSize = 0; ///< samples
     /// What 0 dB full scale is in dB SPL, for those who show levels.
     std::optional<double> reference;
+    /// Seconds that highest values and means are taken over, for those who show them; 0 for the whole run.
+    double window = 0.0;
 };
 
 } // namespace monitoring

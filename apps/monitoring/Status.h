@@ -27,7 +27,6 @@ struct StreamStatus {
 
 struct AdapterStatus {
     AdapterLink::State link = AdapterLink::State::up;
-    bool capturing = false;
     std::string endReason; ///< of a capture that has ended by itself
     std::uint64_t seen = 0;
     std::uint64_t ofNoStream = 0;
@@ -56,6 +55,7 @@ struct Condition {
         incompleteFrames,
         channelAbsent, ///< the frames have fewer channels
         framesLost,
+        noResults, ///< although frames are taken
         streamEnded,
         streamUnseen
     };
@@ -68,6 +68,8 @@ struct Condition {
     int declaredChannels = -1;
     std::string reason{}; ///< the system's, for captureEnded
 
+    /// Whether results don't come at all.
+    bool isSilence() const { return stream.empty() || !channels.empty(); }
     /// Whether it is the same as one before, whatever its figures are now.
     bool continues(const Condition &other) const {
         return cause == other.cause && stream == other.stream && channels == other.channels;

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <optional>
 
 namespace sonvex {
 class IStreamFacts;
@@ -21,7 +22,8 @@ public:
     void update();
     /// At the latest update.
     std::uint64_t end() const { return position; }
-    std::chrono::system_clock::time_point timeOf(std::uint64_t sample) const;
+    /// Nothing before the first frame.
+    std::optional<std::chrono::system_clock::time_point> timeOf(std::uint64_t sample) const;
     /// Whether samples were lost behind @p first and up to @p last.
     bool hasGap(std::uint64_t first, std::uint64_t last) const;
 
@@ -37,7 +39,7 @@ private:
     std::uint64_t position = 0;
     std::uint64_t losses = 0;
     std::uint64_t atLosses = 0;          ///< the position right before the losses were read
-    std::chrono::microseconds newest{0}; ///< when the newest frame was captured
+    std::chrono::microseconds newest{0}; ///< when the frame that ends there was captured
     std::deque<Gap> gaps;
 };
 

@@ -37,6 +37,8 @@ std::string ofStream(const Condition &condition, const SessionSettings &settings
         return "its frames hold " + declaredBy(condition) + " only";
     case Cause::framesLost:
         return "packets are missed, and the frame that shows a gap is dropped" + soFar(condition.amount);
+    case Cause::noResults:
+        return "frames arrive, but no result is made of them";
     case Cause::streamEnded:
         return "no more frames arrive";
     default:
@@ -60,6 +62,11 @@ std::string describe(const Message &message) {
         result += ": " + *message.text;
     }
     return common::oneLine(result);
+}
+
+std::string describe(const LeftOut &amount) {
+    return text::counted(amount.results, "result") +
+           (amount.messages > 0 ? " and " + text::counted(amount.messages, "message") : "");
 }
 
 std::string describe(const Condition &condition, const SessionSettings &settings) {
@@ -102,28 +109,24 @@ std::uint64_t packetsMissed(const Status &status) {
     return all;
 }
 
-std::uint64_t refusedForChannelAmount(const Status &status) {
-    std::uint64_t all = 0;
+StreamStatus refusals(const Status &status) {
+    StreamStatus all;
     for (const StreamStatus &stream : status.streams) {
-        all += stream.refusedChannelAmount;
-    }
-    return all;
-}
-
-std::uint64_t refusedForDataLength(const Status &status) {
-    std::uint64_t all = 0;
-    for (const StreamStatus &stream : status.streams) {
-        all += stream.refusedDataLength + stream.refusedIncomplete;
+        all.refusedChannelAmount += stream.refusedChannelAmount;
+        all.refusedDataLength += stream.refusedDataLength;
+        all.refusedIncomplete += stream.refusedIncomplete;
     }
     return all;
 }
 
 std::string summaryText(const Status &status, const std::string &linePrefix) {
+    const StreamStatus refused = refusals(status);
     std::string text = linePrefix + "summary: " + text::fixed(status.seconds, 3) + " s, " +
                        text::counted(status.messages, "message") +
                        ", packets missed: " + std::to_string(packetsMissed(status)) +
-                       ", frames refused for the channel amount: " + std::to_string(refusedForChannelAmount(status)) +
-                       ", for the data length: " + std::to_string(refusedForDataLength(status)) +
+                       ", frames refused for the channel amount: " + std::to_string(refused.refusedChannelAmount) +
+                       ", for the data length: " + std::to_string(refused.refusedDataLength) +
+                       ", as incomplete: " + std::to_string(refused.refusedIncomplete) +
                        ", dropped by this machine: " + std::to_string(status.adapter.kernelDrops) + '\n';
     for (const auto &entry : status.analyses) {
         text += linePrefix + entry.analysis->name() + ": " + text::counted(entry.results, "result") + '\n';

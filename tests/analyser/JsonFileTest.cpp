@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 #include "common/Text.h"
 #include "monitoring/results.h"
 

@@ -9,11 +9,17 @@
 
 namespace {
 
+monitoring::SessionSettings settings(std::optional<double> reference) {
+    monitoring::SessionSettings settings;
+    settings.reference = reference;
+    return settings;
+}
+
 /// A panel with what its analysis has given.
 class Shown {
 public:
     explicit Shown(const std::string &kind, const std::string &value, std::optional<double> reference = {})
-        : analysis(support::makeAnalysis(kind, value)), meterPanel(*analysis, analyser::SoundLevelUnit(reference)) {}
+        : analysis(support::makeAnalysis(kind, value)), meterPanel(*analysis, settings(reference)) {}
 
     void take(std::vector<double> y) { meterPanel.take(support::makeResult(analysis, std::move(y))); }
     analyser::Panel *operator->() { return &meterPanel.panel(); }

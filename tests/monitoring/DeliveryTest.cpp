@@ -26,7 +26,6 @@ struct Heard {
     std::vector<std::uint64_t> results;
     std::uint64_t leftOut = 0;
     int statuses = 0;
-    int wakes = 0;
     bool ended = false;
     std::promise<void> stalled;
     std::promise<void> release;
@@ -45,8 +44,8 @@ public:
         heard->results.push_back(result.sequence);
     }
     void status(const monitoring::Status & /*status*/) override { ++heard->statuses; }
-    void leftOut(std::uint64_t results) override {
-        heard->leftOut += results;
+    void leftOut(const monitoring::LeftOut &amount) override {
+        heard->leftOut += amount.results;
         EXPECT_EQ(heard->results.size(), 1U) << "said where they are missing";
     }
     void end(const monitoring::Status & /*status*/) override { heard->ended = true; }
@@ -58,7 +57,8 @@ private:
 
 std::unique_ptr<Delivery> deliver(const std::shared_ptr<Heard> &heard, bool stalls, WhenFull whenFull,
                                   std::function<bool()> givesUp = {}) {
-    return std::make_unique<Delivery>(std::make_unique<Listener>(heard, stalls), bound, whenFull, std::move(givesUp));
+    return std::make_unique<Delivery>(std::make_unique<Listener>(heard, stalls),
+                                      Delivery::Terms{bound, whenFull, std::move(givesUp)});
 }
 
 TEST(Delivery, leavesTheOldestOutForASlowListenerAndNothingForAnother) {
@@ -84,7 +84,7 @@ TEST(Delivery, leavesTheOldestOutForASlowListenerAndNothingForAnother) {
     EXPECT_EQ(quick->results.back(), amount - 1);
     EXPECT_TRUE(quick->ended);
 
-    const std::uint64_t leftOut = slowDelivery->leftOut();
+    const std::uint64_t leftOut = slowDelivery->leftOut().results;
     slow->release.set_value();
     slowDelivery->end(std::make_shared<const monitoring::Status>());
     slowDelivery.reset();
@@ -112,13 +112,13 @@ TEST(Delivery, waitsForAListenerThatWantsAllUnlessTheSessionGivesUp) {
         heard->stalled.get_future().wait();
         if (givesUp) {
             session.join();
-            EXPECT_GT(delivery->leftOut(), 0U);
+            EXPECT_GT(delivery->leftOut().results, 0U);
         }
         EXPECT_LE(givesUp ? 0U : posted.load(), 1 + bound / 8000);
         heard->release.set_value();
         if (!givesUp) {
             session.join();
-            EXPECT_EQ(delivery->leftOut(), 0U);
+            EXPECT_EQ(delivery->leftOut().results, 0U);
         }
         std::atomic<bool> ran{false};
         delivery->run([&] { ran = true; }, std::chrono::seconds(20));
@@ -148,7 +148,7 @@ private:
 TEST(Delivery, wakesItsListenerWhenItIsDue) {
     for (const bool busy : {false, true}) {
         std::atomic<int> wakes{0};
-        Delivery delivery(std::make_unique<Sleeper>(wakes), bound, WhenFull::dropOldest);
+        Delivery delivery(std::make_unique<Sleeper>(wakes), Delivery::Terms{bound});
         const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (wakes < 20 && std::chrono::steady_clock::now() < patience) {
             if (busy) {

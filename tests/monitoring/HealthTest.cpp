@@ -22,7 +22,7 @@ std::string healthAfter(const Change &happens) {
     settings.streams.push_back({"020000000001", 2, 6});
     monitoring::Health health;
     Status status;
-    status.seconds = 10.0;
+    status.seconds = -10.0;
     for (const char *channel : {"0:48", "1:48"}) {
         status.analyses.push_back(
             {support::makeAnalysis("waveform", channel), 9, 10.0, AnalysisStatus::State::running});
@@ -35,7 +35,8 @@ std::string healthAfter(const Change &happens) {
     stream.refusedChannelAmount = 3;
     stream.refusedDataLength = 5;
     status.streams.push_back(stream);
-    health.examine(status);
+    health.examine(status); // what was before
+    status.seconds = 10.0;
     EXPECT_TRUE(health.examine(status).empty());
     happens(status);
     std::string text;
@@ -82,6 +83,11 @@ TEST(Health, namesTheCause) {
              ++status.streams[0].gaps;
          },
          "packets are missed"},
+        {[](Status &status) {
+             silence(status);
+             ++status.streams[0].taken;
+         },
+         "frames arrive, but no result"},
         {[](Status &status) { status.streams[0].seen = false; }, "channel 0, 1: no frame of this stream"},
         {linkIs(AdapterLink::State::down), "'eth0' is down"},
         {linkIs(AdapterLink::State::gone), "'eth0' is gone"},
@@ -98,6 +104,21 @@ TEST(Health, namesTheCause) {
     };
     EXPECT_EQ(healthAfter(justStarted), "");
     EXPECT_EQ(healthAfter([](Status &) {}), "");
+}
+
+TEST(Health, remembersLossesThatComeAgainAndAgain) {
+    monitoring::Health health;
+    Status status;
+    status.streams.emplace_back();
+    int conditions = 0;
+    for (int second = 0; second < 20; ++second) {
+        status.seconds = second;
+        status.streams[0].refusedDataLength += second % 3 == 1 && second < 12 ? 1 : 0;
+        const auto found = health.examine(status);
+        conditions += static_cast<int>(found.size());
+        EXPECT_EQ(found.empty(), second < 1 || second >= 15) << second;
+    }
+    EXPECT_EQ(conditions, 14);
 }
 
 } // namespace

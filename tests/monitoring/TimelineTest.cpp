@@ -30,16 +30,22 @@ public:
 TEST(Timeline, knowsTheTimeOfSamplesAndWhereSomeAreMissing) {
     Facts facts;
     monitoring::Timeline timeline(facts, 6, 48000);
+    facts.captureTime = 1'600'000'000'000'000; // of a frame that was refused
+    timeline.update();
+    EXPECT_FALSE(timeline.timeOf(0));
     facts.taken = 8000;
     facts.captureTime = 1'700'000'000'000'000;
     timeline.update();
     EXPECT_EQ(timeline.end(), 48000U);
     const auto microseconds = [&](std::uint64_t sample) {
-        return std::chrono::duration_cast<std::chrono::microseconds>(timeline.timeOf(sample).time_since_epoch())
+        return std::chrono::duration_cast<std::chrono::microseconds>(timeline.timeOf(sample).value().time_since_epoch())
             .count();
     };
     EXPECT_EQ(microseconds(48000), facts.captureTime);
     EXPECT_EQ(microseconds(43200), facts.captureTime - 100'000);
+    facts.captureTime += 1'000'000;
+    timeline.update();
+    EXPECT_EQ(microseconds(48000), facts.captureTime - 1'000'000) << "refused frames are captured, too";
     EXPECT_FALSE(timeline.hasGap(0, 48000));
     for (std::uint64_t *loss : {&facts.gaps, &facts.refused}) {
         const std::uint64_t before = timeline.end();

@@ -27,7 +27,7 @@ void CsvFile::begin() {
         for (const auto &setting : analysis->settings()) {
             header += ", " + setting.label + ' ' + setting.value + setting.physicalUnit;
         }
-        header += ", clock " + analysis->clock().toString() + '\n';
+        header += ", clock " + analysis->clock().toString() + ", value in " + analysis->unit() + '\n';
     }
     header += "# buffer: " + std::to_string(settings.bufferSize) + " samples\n";
     if (settings.reference) {
@@ -35,15 +35,15 @@ void CsvFile::begin() {
     }
     const std::string limits = monitoring::describeLimits(settings.analyses, settings.bufferSize);
     header += limits.empty() ? "" : "# limits: " + limits + '\n';
-    header += "# units: waveform: index in samples at 48000 Hz from the first of the result, value at a full scale of "
-              "+-1.0; spectrum: index in bins, value as power through a Hann window, 1/3 for a sine at full scale on a "
-              "bin; levels: index 0 to 6 for";
+    header += "# index: of a waveform in samples at 48000 Hz from the first of the result, of a spectrum in bins, of "
+              "levels 0 to 6 for";
     const char *separator = " ";
     for (const monitoring::LevelName &name : monitoring::levelNames) {
         header += separator + std::string(name.library);
         separator = ", ";
     }
-    header += ", value in dB relative to a mean square of 1.0\ntype,name,stream,channel,sequence,index,value\n";
+    header += "\ntype,name,stream,channel,sequence,index,value,time,"
+              "endSample,behindGap\n";
     write(header);
 }
 
@@ -52,10 +52,12 @@ void CsvFile::result(const monitoring::Result &result) {
     const bool isCurve = analysis.valueNames().empty();
     const std::string start = analysis.kind().name + (',' + analysis.name()) + ',' + analysis.channel().mac + ',' +
                               std::to_string(analysis.channel().number) + ',' + std::to_string(result.sequence) + ',';
+    const std::string end = ',' + (result.endTime ? timeText(*result.endTime) : "") + ',' +
+                            std::to_string(result.endSample) + ',' + (result.behindGap ? '1' : '0') + '\n';
     std::string rows;
     for (std::size_t i = 0; i < std::min(result.x.size(), result.y.size()); ++i) {
         rows += start + text::number(isCurve ? result.x[i] : static_cast<double>(i)) + ',' + text::number(result.y[i]) +
-                '\n';
+                end;
     }
     write(rows);
 }
@@ -64,8 +66,8 @@ void CsvFile::message(const monitoring::Message &message) {
     write("# message: " + monitoring::describe(message) + '\n');
 }
 
-void CsvFile::leftOut(std::uint64_t results) {
-    write("# left out: " + text::counted(results, "result") + '\n');
+void CsvFile::leftOut(const monitoring::LeftOut &amount) {
+    write("# left out: " + monitoring::describe(amount) + '\n');
 }
 
 void CsvFile::end(const monitoring::Status &status) {

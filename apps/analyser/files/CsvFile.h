@@ -12,7 +12,7 @@ public:
     void begin() override;
     void result(const monitoring::Result &result) override;
     void message(const monitoring::Message &message) override;
-    void leftOut(std::uint64_t results) override;
+    void leftOut(const monitoring::LeftOut &amount) override;
     void end(const monitoring::Status &status) override;
 };
 

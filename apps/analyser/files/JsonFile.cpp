@@ -48,13 +48,16 @@ std::string settingsOf(const monitoring::Analysis &analysis) {
            ",\"unit\":" + text::quoted(analysis.unit()) + '}';
 }
 
+std::string refusalsOf(const monitoring::StreamStatus &stream) {
+    return ",\"framesRefused\":{\"channelAmount\":" + std::to_string(stream.refusedChannelAmount) +
+           ",\"dataLength\":" + std::to_string(stream.refusedDataLength) +
+           ",\"incomplete\":" + std::to_string(stream.refusedIncomplete) + '}';
+}
+
 std::string statusOf(const monitoring::StreamStatus &stream) {
     return "{\"stream\":" + text::quoted(stream.mac) + ",\"framesTaken\":" + std::to_string(stream.taken) +
            ",\"gaps\":" + std::to_string(stream.gaps) + ",\"framesLost\":" + std::to_string(stream.lost) +
-           ",\"framesRepeated\":" + std::to_string(stream.repeated) +
-           ",\"framesRefused\":{\"channelAmount\":" + std::to_string(stream.refusedChannelAmount) +
-           ",\"dataLength\":" + std::to_string(stream.refusedDataLength) +
-           ",\"incomplete\":" + std::to_string(stream.refusedIncomplete) + "}}";
+           ",\"framesRepeated\":" + std::to_string(stream.repeated) + refusalsOf(stream) + '}';
 }
 
 } // namespace
@@ -75,7 +78,8 @@ void JsonFile::result(const monitoring::Result &result) {
     line = "{\"type\":" + text::quoted(analysis.kind().name) + ",\"name\":" + text::quoted(analysis.name()) +
            ",\"stream\":" + text::quoted(analysis.channel().mac) +
            ",\"channel\":" + std::to_string(analysis.channel().number) +
-           ",\"sequence\":" + std::to_string(result.sequence) + ",\"time\":" + text::quoted(timeText(result.endTime)) +
+           ",\"sequence\":" + std::to_string(result.sequence) +
+           ",\"time\":" + (result.endTime ? text::quoted(timeText(*result.endTime)) : "null") +
            ",\"endSample\":" + std::to_string(result.endSample) +
            ",\"behindGap\":" + (result.behindGap ? "true" : "false");
     for (const auto &setting : analysis.settings()) {
@@ -106,8 +110,9 @@ void JsonFile::message(const monitoring::Message &message) {
           ",\"text\":" + (message.text ? text::quoted(*message.text) : "null") + "}\n");
 }
 
-void JsonFile::leftOut(std::uint64_t results) {
-    write("{\"type\":\"leftOut\",\"results\":" + std::to_string(results) + "}\n");
+void JsonFile::leftOut(const monitoring::LeftOut &amount) {
+    write("{\"type\":\"leftOut\",\"results\":" + std::to_string(amount.results) +
+          ",\"messages\":" + std::to_string(amount.messages) + "}\n");
 }
 
 void JsonFile::end(const monitoring::Status &status) {
@@ -122,11 +127,9 @@ void JsonFile::end(const monitoring::Status &status) {
                }) +
           ",\"messages\":" + std::to_string(status.messages) +
           ",\"packetsMissed\":" + std::to_string(monitoring::packetsMissed(status)) +
-          ",\"framesRefused\":{\"channelAmount\":" + std::to_string(monitoring::refusedForChannelAmount(status)) +
-          ",\"dataLength\":" + std::to_string(monitoring::refusedForDataLength(status)) + "},\"streams\":" +
-          list(status.streams, statusOf) + ",\"adapter\":{\"framesSeen\":" + std::to_string(status.adapter.seen) +
-          ",\"framesOfNoStream\":" + std::to_string(status.adapter.ofNoStream) +
-          ",\"kernelDrops\":" + std::to_string(status.adapter.kernelDrops) +
+          refusalsOf(monitoring::refusals(status)) + ",\"streams\":" + list(status.streams, statusOf) +
+          ",\"adapter\":{\"framesSeen\":" + std::to_string(status.adapter.seen) + ",\"framesOfNoStream\":" +
+          std::to_string(status.adapter.ofNoStream) + ",\"kernelDrops\":" + std::to_string(status.adapter.kernelDrops) +
           ",\"endReason\":" + text::quoted(status.adapter.endReason) + "}}\n");
 }
 

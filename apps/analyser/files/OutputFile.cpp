@@ -4,7 +4,7 @@
 
 #include <QDateTime>
 
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 
 namespace analyser {
 

@@ -1,6 +1,7 @@
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -13,11 +14,12 @@
 
 namespace analyser {
 
-Output::Output(const std::string &name, std::function<bool()> gaveUp) : gaveUp(std::move(gaveUp)) {
+Output::Output(const std::string &name, std::shared_ptr<const Ending> ending)
+    : shownName(name.empty() ? "the output" : "the output '" + name + "'"), ending(std::move(ending)) {
     if (!name.empty()) {
         file = common::FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
         if (file.get() < 0) {
-            throw common::Refusal("cannot write the output '" + name + "': " + std::strerror(errno));
+            throw common::Refusal("cannot write " + title() + ": " + std::strerror(errno));
         }
     }
 }
@@ -44,6 +46,10 @@ void Output::write(std::string_view text) {
     }
 }
 
+std::string Output::failure() const {
+    return error.empty() ? "" : "cannot write " + title() + ": " + error;
+}
+
 void Output::fail(const std::string &reason) {
     error = reason;
     if (failureHandler) {
@@ -51,23 +57,31 @@ void Output::fail(const std::string &reason) {
     }
 }
 
-/// Waits for the reader. One that has stopped reading must not keep the program from ending when it is time to.
-bool Output::waitsInVain() const {
-    using Clock = std::chrono::steady_clock;
-    constexpr auto patience = std::chrono::seconds(1);
+/// Waits for the reader. One that has stopped reading must not keep the program from ending when it is time to, and one
+/// that is slow not when the user waits for the end.
+bool Output::waitsInVain() {
+    constexpr std::chrono::seconds patience(1);
+    constexpr std::chrono::seconds urgentPatience(5);
     constexpr int slice = 50; // ms
-    std::optional<Clock::time_point> lastMoment;
+    std::optional<Ending::Clock::time_point> lastMoment;
     pollfd ready{descriptor(), POLLOUT, 0};
-    while (::poll(&ready, 1, slice) <= 0) {
-        const auto now = Clock::now();
-        if (!lastMoment && ((gaveUp && gaveUp()) || now >= deadline.value_or(now + patience))) {
-            lastMoment = now + patience;
+    for (;;) {
+        if (!urgentEnd && ending->isUrgent()) {
+            urgentEnd = Ending::Clock::now() + urgentPatience;
         }
-        if (now >= lastMoment.value_or(now + patience)) {
+        if (urgentEnd && Ending::Clock::now() >= *urgentEnd) {
+            return true;
+        }
+        if (::poll(&ready, 1, slice) > 0) {
+            return false;
+        }
+        if (!lastMoment && ending->hasBegun()) {
+            lastMoment = Ending::Clock::now() + patience;
+        }
+        if (lastMoment && Ending::Clock::now() >= *lastMoment) {
             return true;
         }
     }
-    return false;
 }
 
 } // namespace analyser

@@ -9,7 +9,7 @@
 
 #include <sonvex/version.h>
 
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 #include "common/Text.h"
 #include "common/writeIfReady.h"
 #include "monitoring/describe.h"
@@ -32,7 +32,7 @@ constexpr std::size_t shownMessages = 3;
 LiveView::LiveView(std::shared_ptr<Output> newOutput, const monitoring::SessionSettings &newSettings)
     : output(std::move(newOutput)), settings(newSettings) {
     for (const auto &analysis : settings.analyses) {
-        panels.try_emplace(analysis.get(), *analysis, SoundLevelUnit(settings.reference));
+        panels.try_emplace(analysis.get(), *analysis, settings);
     }
 }
 
@@ -123,10 +123,12 @@ void LiveView::draw() {
     };
     append(lines, "sonvex-analyser " + qo::sonvexLib::getVersion() + "  " + settings.device + "  " +
                       text::fixed(latest.seconds, 0) + " s  clock " + settings.clock.toString() + "  buffer " +
-                      std::to_string(settings.bufferSize));
+                      std::to_string(settings.bufferSize) +
+                      (settings.window > 0.0 ? "  window " + text::number(settings.window) + " s" : ""));
+    const monitoring::StreamStatus refused = monitoring::refusals(latest);
     append(lines,
            "missed " + std::to_string(monitoring::packetsMissed(latest)) + "  refused " +
-               std::to_string(monitoring::refusedForChannelAmount(latest) + monitoring::refusedForDataLength(latest)) +
+               std::to_string(refused.refusedChannelAmount + refused.refusedDataLength + refused.refusedIncomplete) +
                "  dropped " + std::to_string(latest.adapter.kernelDrops) + "  messages " +
                std::to_string(latest.messages));
     const std::string health = monitoring::describeHealth(latest, settings);

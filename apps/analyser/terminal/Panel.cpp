@@ -25,8 +25,9 @@ private:
 
 } // namespace
 
-MeterPanel::MeterPanel(const monitoring::Analysis &analysis, SoundLevelUnit unit) : meter(analysis.makeMeter()) {
-    PanelMaker maker(unit);
+MeterPanel::MeterPanel(const monitoring::Analysis &analysis, const monitoring::SessionSettings &settings)
+    : meter(analysis.makeMeter(settings.window)) {
+    PanelMaker maker{SoundLevelUnit(settings.reference)};
     meter->accept(maker);
     drawn = std::move(maker.made);
 }

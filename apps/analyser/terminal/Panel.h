@@ -7,6 +7,7 @@
 
 #include "analyser/terminal/SoundLevelUnit.h"
 #include "monitoring/Result.h"
+#include "monitoring/SessionSettings.h"
 #include "monitoring/meters/Meter.h"
 
 namespace analyser {
@@ -28,7 +29,7 @@ public:
 /// A meter of a view's own with its panel, for one analysis.
 class MeterPanel {
 public:
-    MeterPanel(const monitoring::Analysis &analysis, SoundLevelUnit unit);
+    MeterPanel(const monitoring::Analysis &analysis, const monitoring::SessionSettings &settings);
 
     void take(const monitoring::Result &result) { meter->take(result.y); }
     Panel &panel() { return *drawn; }

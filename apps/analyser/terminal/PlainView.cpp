@@ -1,6 +1,6 @@
 #include "analyser/terminal/PlainView.h"
 
-#include "analyser/files/Output.h"
+#include "analyser/output/Output.h"
 #include "common/Text.h"
 #include "monitoring/describe.h"
 
@@ -9,7 +9,7 @@ namespace analyser {
 PlainView::PlainView(std::shared_ptr<Output> newOutput, const monitoring::SessionSettings &newSettings)
     : output(std::move(newOutput)) {
     for (const auto &analysis : newSettings.analyses) {
-        panels.try_emplace(analysis.get(), *analysis, SoundLevelUnit(newSettings.reference));
+        panels.try_emplace(analysis.get(), *analysis, newSettings);
     }
 }
 

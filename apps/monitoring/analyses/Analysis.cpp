@@ -1,6 +1,7 @@
 #include "monitoring/analyses/Analysis.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "monitoring/analyses/AnalysisKind.h"
 
@@ -16,6 +17,10 @@ std::string Analysis::name() const {
 }
 
 void Analysis::configureProcessor(sonvex::iprocess::IProcessorConfigBase & /*config*/) const {}
+
+std::size_t Analysis::resultsIn(double seconds) const {
+    return seconds > 0.0 ? static_cast<std::size_t>(std::max(std::lround(seconds / period()), 1L)) : 0;
+}
 
 std::string describeLimits(const Analyses &analyses, unsigned bufferSize) {
     std::vector<std::string> all;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -52,6 +54,10 @@ public:
     virtual std::vector<std::string> valueNames() const { return {}; }
     /// Of the clock, from one result to the next.
     virtual unsigned cyclesPerResult() const { return 1; }
+    /// Cycles of the clock that pass before the samples of the first result begin.
+    virtual unsigned cyclesBefore() const { return 0; }
+    /// Samples that a result rests on, those of earlier results that it is averaged with included.
+    virtual std::uint64_t extent() const { return samples; }
     /// Seconds from one result to the next.
     double period() const { return resultClock.seconds() * cyclesPerResult(); }
 
@@ -64,10 +70,14 @@ public:
     virtual sonvex::iprocess::IProcessorConfigBase &configure() const = 0;
     /// Sets what counts only once there is a processor. @param config what configure() gave
     virtual void configureProcessor(sonvex::iprocess::IProcessorConfigBase &config) const;
-    virtual std::unique_ptr<Meter> makeMeter() const = 0;
+    /// @param window seconds that its highest values and means are taken over; 0 for the whole run
+    virtual std::unique_ptr<Meter> makeMeter(double window) const = 0;
 
 protected:
     Analysis(Channel channel, unsigned amount, ClockSettings clock);
+
+    /// How many results come in so many seconds, at least one; 0 for 0.
+    std::size_t resultsIn(double seconds) const;
 
 private:
     Channel place;

@@ -53,6 +53,11 @@ unsigned SoundLevels::cyclesPerResult() const {
     return cyclesPerLevels;
 }
 
+/// The library makes its filters in the first one.
+unsigned SoundLevels::cyclesBefore() const {
+    return 1;
+}
+
 std::vector<std::string> SoundLevels::limits(unsigned bufferSize) const {
     std::vector<std::string> limits;
     if (bufferSize < amount()) {
@@ -69,8 +74,8 @@ sonvex::iprocess::IProcessorConfigBase &SoundLevels::configure() const {
     return sonvex::iprocess::ISoundLevelValueConfig::createInstance(description.name, amount());
 }
 
-std::unique_ptr<Meter> SoundLevels::makeMeter() const {
-    return std::make_unique<SoundLevelMeter>();
+std::unique_ptr<Meter> SoundLevels::makeMeter(double window) const {
+    return std::make_unique<SoundLevelMeter>(resultsIn(window));
 }
 
 } // namespace monitoring

@@ -16,9 +16,10 @@ public:
     std::string unit() const override;
     std::vector<std::string> valueNames() const override;
     unsigned cyclesPerResult() const override;
+    unsigned cyclesBefore() const override;
     std::vector<std::string> limits(unsigned bufferSize) const override;
     sonvex::iprocess::IProcessorConfigBase &configure() const override;
-    std::unique_ptr<Meter> makeMeter() const override;
+    std::unique_ptr<Meter> makeMeter(double window) const override;
 
 private:
     bool timerIsWanted;

@@ -19,6 +19,10 @@ constexpr unsigned maximumMilliseconds = std::numeric_limits<int>::max();
 constexpr unsigned maximumCycles = 10000;
 constexpr unsigned samplesPerMillisecond = 48;
 
+unsigned cycleMilliseconds(const ClockSettings &clock) {
+    return clock.internal ? clock.period : clock.period / samplesPerMillisecond;
+}
+
 Spectrum::Averaging parseAveraging(const AnalysisValue &value, const std::string &unit, const std::string &number) {
     if (unit == "average=cycles") {
         return {true, common::parseNumber<unsigned>(number, value.numberTitle("average=cycles"), 2, maximumCycles)};
@@ -30,13 +34,14 @@ Spectrum::Averaging parseAveraging(const AnalysisValue &value, const std::string
     if (!clock.internal && clock.period < samplesPerMillisecond) {
         value.refuse(" needs a clock of at least external:" + std::to_string(samplesPerMillisecond));
     }
-    const unsigned cycle = clock.internal ? clock.period : clock.period / samplesPerMillisecond;
     const auto window = common::parseNumber<unsigned>(number, value.numberTitle("average=ms"), 1, maximumMilliseconds);
-    if (window / cycle < 2 || window / cycle > maximumCycles) {
-        value.refuse(": a window has 2 to " + std::to_string(maximumCycles) + " cycles, of " + std::to_string(cycle) +
-                     " ms with this clock");
+    const Spectrum::Averaging averaging{false, window};
+    const unsigned cycles = averaging.cycles(clock);
+    if (cycles < 2 || cycles > maximumCycles) {
+        value.refuse(": a window has 2 to " + std::to_string(maximumCycles) + " cycles, of " +
+                     std::to_string(cycleMilliseconds(clock)) + " ms with this clock");
     }
-    return {false, window};
+    return averaging;
 }
 
 std::shared_ptr<const Analysis> parse(const AnalysisValue &value) {
@@ -58,6 +63,10 @@ const AnalysisKind Spectrum::description = {
     "through a Hann window; averaged over N results or milliseconds if wanted.",
     parse};
 
+unsigned Spectrum::Averaging::cycles(const ClockSettings &clock) const {
+    return inCycles ? window : window / cycleMilliseconds(clock);
+}
+
 std::string Spectrum::Averaging::toString() const {
     return (inCycles ? "cycles:" : "ms:") + std::to_string(window);
 }
@@ -73,6 +82,11 @@ std::vector<Analysis::Setting> Spectrum::settings() const {
     return {{"order", "order", std::to_string(fftOrder), true, ""},
             {"binWidth", "bin width", text::number(binWidth()), true, " Hz"},
             {"averaging", "averaging", averaging ? averaging->toString() : "none", false, ""}};
+}
+
+std::uint64_t Spectrum::extent() const {
+    const unsigned earlier = averaging ? averaging->cycles(clock()) - 1 : 0;
+    return amount() + static_cast<std::uint64_t>(earlier * clock().seconds() * sampleRate);
 }
 
 std::string Spectrum::bufferRefusal(unsigned bufferSize) const {
@@ -114,8 +128,8 @@ void Spectrum::configureProcessor(sonvex::iprocess::IProcessorConfigBase &config
     spectrum.setMovingAverageActive(true);
 }
 
-std::unique_ptr<Meter> Spectrum::makeMeter() const {
-    return std::make_unique<SpectrumMeter>(binWidth());
+std::unique_ptr<Meter> Spectrum::makeMeter(double window) const {
+    return std::make_unique<SpectrumMeter>(binWidth(), resultsIn(window));
 }
 
 } // namespace monitoring

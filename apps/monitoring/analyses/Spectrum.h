@@ -14,6 +14,7 @@ public:
         bool inCycles = true;
         unsigned window = 0; ///< cycles or milliseconds
 
+        unsigned cycles(const ClockSettings &clock) const;
         /// As on the command line.
         std::string toString() const;
     };
@@ -23,18 +24,18 @@ public:
     /// Of 2 to the power of @p order samples.
     Spectrum(Channel channel, unsigned order, std::optional<Averaging> averaging, ClockSettings clock);
 
-    unsigned order() const { return fftOrder; }
     /// In Hz.
     double binWidth() const { return sampleRate / amount(); }
 
     const AnalysisKind &kind() const override { return description; }
     std::string unit() const override;
     std::vector<Setting> settings() const override;
+    std::uint64_t extent() const override;
     std::string bufferRefusal(unsigned bufferSize) const override;
     std::vector<std::string> limits(unsigned bufferSize) const override;
     sonvex::iprocess::IProcessorConfigBase &configure() const override;
     void configureProcessor(sonvex::iprocess::IProcessorConfigBase &config) const override;
-    std::unique_ptr<Meter> makeMeter() const override;
+    std::unique_ptr<Meter> makeMeter(double window) const override;
 
 private:
     unsigned fftOrder;

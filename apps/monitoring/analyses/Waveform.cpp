@@ -47,7 +47,7 @@ sonvex::iprocess::IProcessorConfigBase &Waveform::configure() const {
                             : Config::createInstance(description.name, amount());
 }
 
-std::unique_ptr<Meter> Waveform::makeMeter() const {
+std::unique_ptr<Meter> Waveform::makeMeter(double /*window*/) const {
     return std::make_unique<WaveformMeter>();
 }
 

@@ -15,7 +15,7 @@ public:
     std::string unit() const override;
     std::vector<std::string> limits(unsigned bufferSize) const override;
     sonvex::iprocess::IProcessorConfigBase &configure() const override;
-    std::unique_ptr<Meter> makeMeter() const override;
+    std::unique_ptr<Meter> makeMeter(double window) const override;
 };
 
 } // namespace monitoring

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <cstddef>
+#include <deque>
 #include <vector>
 
 #include "monitoring/meters/Meter.h"
 
 namespace monitoring {
 
-/// The newest powers and the highest of each bin since the start.
+/// The newest powers and the highest of each bin: over the run, or over the newest results.
 class SpectrumMeter : public Meter {
 public:
     /// The strongest tone of a spectrum.
@@ -15,8 +17,8 @@ public:
         double power = 0.0;     ///< its mean square: that of the window's whole main lobe
     };
 
-    /// @param binWidth in Hz
-    explicit SpectrumMeter(double binWidth) : width(binWidth) {}
+    /// @param binWidth in Hz @param window in results, or up to an eighth more; 0 for the whole run
+    explicit SpectrumMeter(double binWidth, std::size_t window = 0);
 
     void take(const std::vector<double> &values) override;
     void accept(MeterVisitor &visitor) override { visitor.visit(*this); }
@@ -28,6 +30,10 @@ public:
 
 private:
     double width;
+    std::size_t partLength; ///< in results; 0 for the whole run
+    std::size_t partsKept;
+    std::deque<std::vector<double>> parts; ///< what each part of the window holds
+    std::size_t inNewestPart = 0;          ///< results
     std::vector<double> newest;
     std::vector<double> held;
 };
