@@ -7,9 +7,9 @@
 #include "avb/AvbAudioBuffer.h"
 #include "avb/AvbToFloatSampleConverter.h"
 #include "core/configuration/BufferConfiguration.h"
-#include "support/CaptureThread.h"
 #include "support/LogRecorder.h"
 #include "support/NoticeRecorder.h"
+#include "support/capture.h"
 
 namespace {
 
