@@ -10,6 +10,7 @@
 #include <QThread>
 
 #include "endurance/StreamTalker.h"
+#include "support/loopback.h"
 
 namespace endurance {
 
@@ -25,16 +26,6 @@ constexpr int patience = 60000; // ms
 std::vector<std::uint64_t> &counts() {
     static std::vector<std::uint64_t> all;
     return all;
-}
-
-sonvex::INetworkDeviceInfo &findAdapter(const std::string &name) {
-    auto &manager = sonvex::INetworkDeviceManager::createInstance();
-    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
-        if (manager.getDeviceInfo(index).getSystemDeviceName() == name) {
-            return manager.getDeviceInfo(index);
-        }
-    }
-    throw std::runtime_error("no adapter " + name);
 }
 
 } // namespace
@@ -68,7 +59,7 @@ std::vector<std::string> EnduranceHost::macs() {
     return all;
 }
 
-EnduranceHost::EnduranceHost(const std::string &adapter) : random(7) {
+EnduranceHost::EnduranceHost(const std::string &adapter) {
     sonvex::INetworkDeviceManager::createInstance().scanDevices(); // no run is there that uses an earlier scan
     auto &facade = ISonvex::createInstance();
     auto &buffer = sonvex::IBufferConfiguration::createInstance("buffer", bufferSize, clockAmount);
@@ -76,17 +67,15 @@ EnduranceHost::EnduranceHost(const std::string &adapter) : random(7) {
                                                                 StreamTalker::samplesPerPacket);
     for (unsigned stream = 0; stream < streamAmount; ++stream) {
         const std::string name = "stream " + std::to_string(stream);
-        capture = &facade.addRemoteStreamReceiver(
-            sonvex::IStreamConfiguration::createInstance(name, macs()[stream], findAdapter(adapter), device));
-        waveforms.push_back(&IWaveformConfig::createInstance(name, clockAmount));
-        add(stream, 0, *waveforms.back());
-        waveforms.push_back(&IWaveformConfig::createInstance(name, 960, 20));
-        add(stream, 1, *waveforms.back());
+        capture = &facade.addRemoteStreamReceiver(sonvex::IStreamConfiguration::createInstance(
+            name, macs()[stream], support::networkDevice(adapter), device));
+        add(stream, 0, IWaveformConfig::createInstance(name, clockAmount));
+        add(stream, 1, IWaveformConfig::createInstance(name, 960, 20));
         for (const unsigned char channel : {std::uint8_t{2}, std::uint8_t{3}}) {
-            spectra.push_back(&ISpectrumConfig::createInstance(name, 0));
-            spectra.back()->setFftOrder(channel == 2 ? 10 : 12);
-            add(stream, channel, *spectra.back());
-            spectra.back()->setMovingAverageActive(channel == 3);
+            auto &spectrum = ISpectrumConfig::createInstance(name, 0);
+            spectrum.setFftOrder(channel == 2 ? 10 : 12);
+            add(stream, channel, spectrum);
+            spectrum.setMovingAverageActive(channel == 3);
         }
         for (const unsigned char channel : {std::uint8_t{4}, std::uint8_t{5}}) {
             add(stream, channel, ISoundLevelValueConfig::createInstance(name, 6 * clockAmount));
@@ -102,7 +91,7 @@ EnduranceHost::~EnduranceHost() {
     ISonvex::destroy();
 }
 
-void EnduranceHost::add(unsigned stream, unsigned char channel, IProcessorConfigBase &config) {
+void EnduranceHost::add(unsigned stream, unsigned char channel, ISampleProcessorConfigBase &config) {
     auto &facade = ISonvex::createInstance();
     const std::size_t index = analyses.size();
     counts().resize(std::max(counts().size(), index + 1));
@@ -110,7 +99,7 @@ void EnduranceHost::add(unsigned stream, unsigned char channel, IProcessorConfig
                                                                   macs()[stream], channel);
     auto &handle = facade.addProcessor(process);
     facade.getMeteringDataSource(handle).bindChannelCallback([index](sonvex::IChannelData &) { ++counts()[index]; });
-    analyses.push_back({&process, &handle});
+    analyses.push_back({&config, &process, &handle});
 }
 
 bool EnduranceHost::awaitAll() {
@@ -131,38 +120,8 @@ bool EnduranceHost::awaitAll() {
 }
 
 void EnduranceHost::change() {
-    auto &facade = ISonvex::createInstance();
-    const auto below = [this](std::size_t limit) { return static_cast<unsigned>(random() % limit); };
-    auto &spectrum = *spectra[below(spectra.size())];
-    auto &waveform = *waveforms[below(waveforms.size())];
-    Analysis &analysis = analyses[below(analyses.size())];
-    switch (below(6)) {
-    case 0:
-        spectrum.setFftOrder(8 + below(6));
-        break;
-    case 1:
-        spectrum.setMovingAverageActive(below(2) == 0);
-        spectrum.setMovingAverageWindowSize(1 + below(20));
-        break;
-    case 2:
-        spectrum.setRefreshRate(20 + below(30));
-        spectrum.setClockType(below(2) == 0 ? "Internal clock" : "External clock");
-        break;
-    case 3:
-        waveform.setSampleAmount(1 + below(4800));
-        break;
-    case 4:
-        analysis.handle->stop();
-        analysis.handle->start();
-        break;
-    default:
-        facade.removeProcessor(*analysis.handle);
-        if (&facade.addProcessor(*analysis.configuration) != analysis.handle) {
-            throw std::logic_error("a processor that comes back has another handle");
-        }
-        analysis.handle->start();
-        break;
-    }
+    const Analysis &analysis = analyses[churn.below(analyses.size())];
+    churn.change(*analysis.config, *analysis.process, *analysis.handle);
 }
 
 bool EnduranceHost::restartCapture() {

@@ -2,11 +2,12 @@
 
 #include <atomic>
 #include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
 #include <sonvex/sonvex.h>
+
+#include "support/Churn.h"
 
 namespace endurance {
 
@@ -51,17 +52,16 @@ public:
 
 private:
     struct Analysis {
-        sonvex::IProcessConfiguration *configuration;
+        sonvex::iprocess::ISampleProcessorConfigBase *config;
+        sonvex::IProcessConfiguration *process;
         sonvex::ihandles::IProcessorHandle *handle;
     };
 
-    void add(unsigned stream, unsigned char channel, sonvex::iprocess::IProcessorConfigBase &config);
+    void add(unsigned stream, unsigned char channel, sonvex::iprocess::ISampleProcessorConfigBase &config);
 
-    std::mt19937 random;
+    support::Churn churn{support::Churn::Values::Delivering};
     sonvex::ihandles::INetworkReceiverHandle *capture = nullptr;
     std::vector<Analysis> analyses;
-    std::vector<sonvex::iprocess::ISpectrumConfig *> spectra;
-    std::vector<sonvex::iprocess::IWaveformConfig *> waveforms;
 };
 
 } // namespace endurance

@@ -15,7 +15,7 @@
 #include "engine/processing/ProcessorHandle.h"
 #include "process/configuration/DemoConfig.h"
 #include "process/configuration/WaveformConfig.h"
-#include "support/CaptureThread.h"
+#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/refusalOf.h"
 #include "support/waitFor.h"

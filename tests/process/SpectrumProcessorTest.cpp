@@ -11,7 +11,7 @@
 #include "kernels/ReferenceTransform.h"
 #include "kernels/noise.h"
 #include "process/configuration/SpectrumConfig.h"
-#include "support/CaptureThread.h"
+#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
 #include "support/waitFor.h"

@@ -8,7 +8,7 @@
 #include "avb/AvbAudioBuffer.h"
 #include "core/configuration/BufferConfiguration.h"
 #include "process/configuration/WaveformConfig.h"
-#include "support/CaptureThread.h"
+#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
 #include "support/waitFor.h"

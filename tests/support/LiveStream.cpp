@@ -21,9 +21,8 @@ std::string nextMac() {
 LiveStream::LiveStream(unsigned channels, unsigned signaledAmount, Signal signal, const std::string &adapter,
                        const std::string &farEnd)
     : mac(nextMac()), channels(channels),
-      device(sonvex::IDeviceConfiguration::createInstance(
-          "device", sonvex::IBufferConfiguration::createInstance("buffer", bufferSize, signaledAmount), 2, channels,
-          samplesPerPacket)),
+      buffer(sonvex::IBufferConfiguration::createInstance("buffer", bufferSize, signaledAmount)),
+      device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, channels, samplesPerPacket)),
       capture(ISonvex::createInstance().addRemoteStreamReceiver(
           sonvex::IStreamConfiguration::createInstance("stream", mac, networkDevice(adapter), device))),
       signal(std::move(signal)), socket(farEnd) {}

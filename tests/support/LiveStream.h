@@ -31,6 +31,7 @@ public:
 
     const std::string mac;
     const unsigned channels;
+    sonvex::IBufferConfiguration &buffer;
     sonvex::IDeviceConfiguration &device;
     sonvex::ihandles::INetworkReceiverHandle &capture;
 

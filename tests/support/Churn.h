@@ -1,0 +1,32 @@
+#pragma once
+
+#include <random>
+
+#include <sonvex/sonvex.h>
+
+namespace support {
+
+/// Changes at random, the same on every run, what a host can change of an analysis while it measures.
+class Churn {
+public:
+    enum class Values {
+        Any,       ///< those too that silence an analysis
+        Delivering ///< with which each goes on
+    };
+
+    explicit Churn(Values values) : any(values == Values::Any) {}
+
+    /// Changes one thing of an analysis. It may go and come back.
+    void change(sonvex::iprocess::ISampleProcessorConfigBase &config, sonvex::IProcessConfiguration &process,
+                sonvex::ihandles::IProcessorHandle &handle);
+
+    unsigned below(std::size_t limit) { return static_cast<unsigned>(random() % limit); }
+
+private:
+    void changeConfiguration(sonvex::iprocess::ISampleProcessorConfigBase &config);
+
+    const bool any;
+    std::mt19937 random{20240611}; // NOLINT(cert-msc51-cpp)
+};
+
+} // namespace support
