@@ -1,7 +1,5 @@
 #include <atomic>
-#include <functional>
 #include <memory>
-#include <string>
 #include <thread>
 
 #include <QCoreApplication>
@@ -14,6 +12,7 @@
 
 #include "support/FailingCall.h"
 #include "support/LiveStream.h"
+#include "support/LogHandler.h"
 #include "support/NetworkNamespace.h"
 #include "support/waitFor.h"
 
@@ -23,27 +22,6 @@ namespace {
 using namespace sonvex::iprocess;
 
 constexpr int patience = 20000; // ms
-
-/// Puts a log handler in the place of the process's own for as long as it lives.
-class Handler {
-public:
-    explicit Handler(std::function<void(const QString &)> newFunction) {
-        std::atomic_store(&function, std::make_shared<const Function>(std::move(newFunction)));
-        earlier = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &text) {
-            EXPECT_STREQ(context.category, "default") << text.toStdString();
-            (*std::atomic_load(&function))(text);
-        });
-    }
-    ~Handler() { qInstallMessageHandler(earlier); }
-    Handler(const Handler &) = delete;
-    Handler &operator=(const Handler &) = delete;
-
-private:
-    using Function = std::function<void(const QString &)>;
-
-    static inline std::shared_ptr<const Function> function; ///< the latest; a thread may be in it when its object goes
-    QtMessageHandler earlier;
-};
 
 std::int16_t anySample(std::size_t, unsigned) {
     return 5;
@@ -73,7 +51,7 @@ TEST(LogHandler, mayWaitForTheHostsThread) {
     {
         QThread *const hostsThread = QThread::currentThread();
         std::atomic<bool> givenUp{false};
-        const Handler handler([&](const QString &) {
+        const support::LogHandler handler([&](const QString &) {
             if (QThread::currentThread() == hostsThread || givenUp) {
                 return;
             }
@@ -123,25 +101,18 @@ TEST(LogHandler, thatStallsACaptureKeepsNobodyFromAddingStreams) {
     support::makeVethPair("stall0", "stall1");
     sonvex::INetworkDeviceManager::createInstance().scanDevices();
     support::LiveStream stream(2, 48, anySample);
-    QSemaphore stalled;
-    QSemaphore gate;
     QSemaphore added;
     std::thread watchdog;
     {
-        const Handler handler([&](const QString &text) {
-            if (text.contains(QLatin1String("Packets missed")) && stalled.available() == 0) {
-                stalled.release();
-                gate.acquire();
-            }
-        });
+        support::StalledLine missed("Packets missed");
         stream.capture.start();
         ASSERT_TRUE(support::waitFor([&] {
             stream.send(2, 1);
-            return stalled.available() > 0;
+            return missed.hasStalled();
         }));
         watchdog = std::thread([&] {
-            EXPECT_TRUE(added.tryAcquire(1, patience)) << "adding a stream waits for the log";
-            gate.release();
+            EXPECT_TRUE(added.tryAcquire(1, patience / 2)) << "adding a stream waits for the log";
+            missed.release();
         });
         const support::LiveStream onTheSameAdapter(2, 48, anySample);
         // The frames of all adapters go to the new one's streams from now on.
@@ -161,19 +132,12 @@ TEST(LogHandler, thatHearsOfAFailedCaptureMayHaveItRestartedAtOnce) {
         [&](sonvex::IChannelData &) { ++results; });
     handle.start();
     {
-        QSemaphore ended;
-        QSemaphore gate;
-        const Handler handler([&](const QString &text) { // the loop is over, its thread is not
-            if (text.contains(QLatin1String("PCAP listener INACTIVE")) && ended.available() == 0) {
-                ended.release();
-                gate.tryAcquire(1, patience);
-            }
-        });
+        support::StalledLine ended("PCAP listener INACTIVE"); // the loop is over, its thread is not
         const support::FailingCall failure(support::Call::loop, 1);
         stream.capture.start();
-        ASSERT_TRUE(support::waitFor([&] { return ended.available() > 0; }));
+        ASSERT_TRUE(support::waitFor([&] { return ended.hasStalled(); }));
         stream.capture.stop();
-        gate.release();
+        ended.release();
         stream.capture.start();
     }
     EXPECT_TRUE(support::waitFor([&] {

@@ -1,7 +1,4 @@
-#include <atomic>
 #include <chrono>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -13,6 +10,7 @@
 
 #include "support/Frames.h"
 #include "support/LiveStream.h"
+#include "support/LogHandler.h"
 #include "support/NetworkNamespace.h"
 #include "support/loopback.h"
 #include "support/waitFor.h"
@@ -155,38 +153,12 @@ TEST_F(ReceptionFacts, sayWhatTheNewestFrameDeclaresAndWhenItCame) {
     }
 }
 
-/// Makes the capture wait where it logs, until it is let go.
-class StalledLog {
-public:
-    StalledLog() {
-        waiting = false;
-        earlier = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
-            if (text.contains(QLatin1String("Packets missed"))) {
-                waiting = true;
-                const std::lock_guard<std::mutex> wait(gate);
-            }
-        });
-    }
-    ~StalledLog() { qInstallMessageHandler(earlier); }
-    StalledLog(const StalledLog &) = delete;
-    StalledLog &operator=(const StalledLog &) = delete;
-
-    static bool hasStalled() { return waiting; }
-    void release() { held.unlock(); }
-
-private:
-    static inline std::mutex gate;
-    static inline std::atomic<bool> waiting{false};
-    std::unique_lock<std::mutex> held{gate};
-    QtMessageHandler earlier;
-};
-
 TEST_F(ReceptionFacts, tellLossInThisMachineFromLossOnTheWire) {
     QLoggingCategory::setFilterRules({});
-    StalledLog log;
+    support::StalledLine log("Packets missed");
     send(frame(0));
     send(frame(2));
-    ASSERT_TRUE(waitFor([] { return StalledLog::hasStalled(); }));
+    ASSERT_TRUE(waitFor([&] { return log.hasStalled(); }));
     auto large = frame(3);
     large.resize(1514); // what follows the declared samples is nobody's
     for (; adapter.getKernelDrops() == 0; ++large[16]) {
