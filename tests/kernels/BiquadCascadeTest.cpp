@@ -6,6 +6,7 @@
 
 #include "CpuLevels.h"
 #include "KernelMemory.h"
+#include "SoundLevelLaw.h"
 #include "noise.h"
 
 namespace {
@@ -16,21 +17,12 @@ using Signal = std::vector<double>;
 class BiquadCascade : public support::AtLevel {};
 SONVEX_AT_ALL_LEVELS(BiquadCascade);
 
-/// The cascade value by value, in more digits and more range than a double has.
+/// In more digits and more range than a double has.
 Signal filterByLaw(const Signal &taps, const Signal &signal, const Signal &delayLine = {}) {
-    std::vector<long double> delays(delayLine.begin(), delayLine.end());
-    delays.resize(taps.size() / 3);
+    support::CascadeLaw<long double> law(taps, delayLine);
     Signal filtered;
     for (const double value : signal) {
-        long double x = value;
-        long double *delay = delays.data();
-        for (const double *tap = taps.data(); tap != taps.data() + taps.size(); tap += 6, delay += 2) {
-            const long double y = tap[0] / tap[3] * x + delay[0];
-            delay[0] = tap[1] / tap[3] * x - tap[4] / tap[3] * y + delay[1];
-            delay[1] = tap[2] / tap[3] * x - tap[5] / tap[3] * y;
-            x = y;
-        }
-        filtered.push_back(static_cast<double>(x));
+        filtered.push_back(static_cast<double>(law.filter(value)));
     }
     return filtered;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <array>
 #include <vector>
+
+#include "kernels/SoundLevelLaw.h"
 
 namespace support {
 
@@ -11,13 +12,14 @@ namespace support {
  */
 class SoundLevelModel {
 public:
+    SoundLevelModel();
+
     /// The highest levels behind any of the samples, in dB. Runs on from call to call.
     std::vector<double> measure(const std::vector<float> &samples);
 
 private:
-    std::array<double, 6> delaysA{};
-    std::array<double, 4> delaysC{};
-    std::array<double, 6> averages{};
+    CascadeLaw<double> weightings[3];
+    AverageLaw<double> averages[6];
 };
 
 } // namespace support
