@@ -4,6 +4,7 @@
 
 #include <sonvex/sonvex.h>
 
+#include "support/Frames.h"
 #include "support/LiveStream.h"
 #include "support/LogRecorder.h"
 #include "support/NetworkNamespace.h"
@@ -65,6 +66,53 @@ TEST_F(AdapterTrouble, goesOnWhenTheLinkIsBack) {
         }
     }
     EXPECT_EQ(log.count("The capture ended by itself!"), 0);
+    support::removeInterface("near1");
+}
+
+TEST_F(AdapterTrouble, endsACaptureWithAReasonAndItsNextStartOpensTheAdapterAnew) {
+    const auto stream = begin();
+    const auto &facts = sonvex::IAdapterFacts::createInstance(stream->capture);
+    std::uint8_t sequence = 0;
+    const auto expectFramesOfTheStreamAlone = [&] {
+        talker::RawSocket socket("far0");
+        auto frame = support::makeFrame(stream->mac, 0, 2, 6, [](unsigned, unsigned) { return 5; });
+        const int before = results;
+        EXPECT_TRUE(support::waitFor([&] {
+            frame[6] = 0x12; // another address, and an EtherType that the filter keeps away
+            frame[12] = 0x88;
+            socket.send(frame.data(), frame.size());
+            frame[6] = 0x02;
+            frame[12] = 0x22;
+            frame[16] = sequence++;
+            socket.send(frame.data(), frame.size());
+            return results > before + 3;
+        }));
+        EXPECT_EQ(facts.getFramesOfNoStream(), 0U);
+        EXPECT_EQ(facts.getStartError() + facts.getEndReason(), "");
+    };
+    expectFramesOfTheStreamAlone();
+    for (const bool goesWhileRunning : {true, false, true}) {
+        if (!goesWhileRunning) {
+            stream->capture.stop();
+            EXPECT_FALSE(facts.isCapturing());
+        }
+        support::removeInterface("near0");
+        if (goesWhileRunning) {
+            EXPECT_TRUE(support::waitFor([&] { return !facts.isCapturing(); }));
+            EXPECT_EQ(facts.getEndReason(), "The interface disappeared");
+            EXPECT_TRUE(stream->capture.isRunning());
+            stream->capture.stop();
+            stream->capture.start(); // while it is away
+            EXPECT_FALSE(stream->capture.isRunning() || facts.isCapturing());
+            EXPECT_NE(facts.getStartError().find("near0"), std::string::npos) << facts.getStartError();
+        }
+        support::makeVethPair("near0", "far0"); // if it did not run, back between a stop and the next start
+        stream->capture.start();
+        EXPECT_TRUE(stream->capture.isRunning() && facts.isCapturing());
+        expectFramesOfTheStreamAlone();
+    }
+    EXPECT_EQ(log.count("The capture ended by itself! Error message:  The interface disappeared"), 2);
+    EXPECT_EQ(log.count("Sniffer not configured properly! Please set a valid configuration!"), 2);
     support::removeInterface("near1");
 }
 

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QProcess>
@@ -134,24 +132,10 @@ std::vector<Arguments> everyPluginLife() {
 INSTANTIATE_TEST_SUITE_P(EveryWay, PluginHost, testing::ValuesIn(everyPluginLife()),
                          [](const auto &instance) { return nameOf(instance.param); });
 
-TEST(Destroy, endsTheRunOnceAndLetsHandlesOnlyWarn) {
+TEST(Destroy, stopsEverythingFirstAndLetsHandlesOnlyWarn) {
     const std::string log = logOf(LIFECYCLE_HOST, {"loop", "askEndedHandles", "own"});
-    std::string steps;
-    for (std::size_t position = 0; (position = log.find("ISonvex::destroy ", position)) != std::string::npos;) {
-        const std::string line = log.substr(position, log.find('\n', position) - position + 1);
-        steps += log.compare(position - std::min<std::size_t>(position, 2), 2, "y ") == 0 ? "" : line;
-        position += 1;
-    }
-    EXPECT_EQ(steps, "ISonvex::destroy Sonvex data will be deleted!\n"
-                     "ISonvex::destroy Deleting stream configurations...\n"
-                     "ISonvex::destroy Deleting processor configurations...\n"
-                     "ISonvex::destroy Deleting device configurations...\n"
-                     "ISonvex::destroy Deleting spectrum processor configurations...\n"
-                     "ISonvex::destroy Deleting waveform processor configurations...\n"
-                     "ISonvex::destroy Deleting sound level value processor configurations...\n"
-                     "ISonvex::destroy Deleting buffer configurations...\n");
-    expectInOrder(log,
-                  {"Processor engine stopped!", "Network receivers stopped!", "Deleting stream configurations..."});
+    expectInOrder(log, {"ISonvex::destroy Sonvex data will be deleted!", "Processor engine stopped!",
+                        "Network receivers stopped!", "Deleting stream configurations..."});
     expectInOrder(log, {"PCAP listener INACTIVE", "Deleting stream configurations..."});
     const std::string over = "The run was ended by ISonvex::destroy, ";
     const std::string processor = "::ProcessorHandle::start \"WaveformProcessor_020000000001_0\" " + over;

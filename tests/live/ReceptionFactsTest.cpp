@@ -203,31 +203,4 @@ TEST_F(ReceptionFacts, stayWithTheirAddressFromRunToRun) {
     EXPECT_THROW(IAdapterFacts::createInstance("none"), exceptions::ResourceNotAvailable);
 }
 
-TEST(AdapterFacts, sayWhyACaptureEndedAndWhyAnAdapterDidNotOpen) {
-    const Silence silence;
-    const Adapters adapters;
-    const support::LiveStream stream(1, 480, one, "near0", "far0");
-    const IAdapterFacts &facts = IAdapterFacts::createInstance(stream.capture);
-    EXPECT_FALSE(facts.isCapturing());
-    stream.capture.start();
-    EXPECT_TRUE(facts.isCapturing());
-    stream.capture.stop();
-    EXPECT_FALSE(facts.isCapturing());
-    EXPECT_EQ(facts.getEndReason(), "");
-    stream.capture.start();
-    support::removeInterface("near0");
-    EXPECT_TRUE(waitFor([&] { return !facts.isCapturing(); }));
-    EXPECT_TRUE(stream.capture.isRunning());
-    EXPECT_EQ(facts.getEndReason(), "The interface disappeared");
-    stream.capture.stop();
-    stream.capture.start();
-    EXPECT_FALSE(facts.isCapturing());
-    EXPECT_NE(facts.getStartError().find("near0"), std::string::npos) << facts.getStartError();
-    support::makeVethPair("near0", "far0");
-    stream.capture.start();
-    EXPECT_TRUE(facts.isCapturing());
-    EXPECT_EQ(facts.getStartError(), "");
-    EXPECT_EQ(facts.getEndReason(), "");
-}
-
 } // namespace

@@ -238,75 +238,13 @@ TEST(PacketSniffer, handsAllFramesToTheReceiverRegisteredLast) {
     talker::RawSocket veth("far0");
     Capture first(adapter("lo"));
     first.sniffer.start();
-    const support::LogRecorder log;
-    {
-        Capture second(adapter("near0"));
-        const int before = first.receiver.frames;
-        second.sniffer.start();
-        EXPECT_TRUE(arrives(loopback, second.receiver));
-        EXPECT_TRUE(arrives(veth, second.receiver));
-        EXPECT_EQ(first.receiver.frames, before);
-    }
-    // The end of any sniffer empties the slot, for the one that still runs as well.
-    EXPECT_TRUE(waitFor([&] {
-        sendFrames(loopback);
-        return log.count(
-                   "W dummyPacketHandler Pcap++ callback not bound! Please call method 'registerCallback' to bind "
-                   "a valid receiver!") > 0;
-    }));
+    Capture second(adapter("near0"));
+    const int before = first.receiver.frames;
+    second.sniffer.start();
+    EXPECT_TRUE(arrives(loopback, second.receiver));
+    EXPECT_TRUE(arrives(veth, second.receiver));
+    EXPECT_EQ(first.receiver.frames, before);
     support::removeInterface("near0");
-}
-
-TEST(PacketSniffer, saysWhyItsAdapterFailedAndOpensItAnewWhenItIsBack) {
-    const auto makeAdapter = [] { support::makeVethPair("gone0", "gone1"); };
-    makeAdapter();
-    const support::LogRecorder log;
-    Capture capture(adapter("gone0"));
-    capture.sniffer.start();
-    support::removeInterface("gone0");
-    EXPECT_TRUE(waitFor([&] { return log.count("PCAP listener INACTIVE") == 1; }));
-    EXPECT_EQ(log.count("W pcapplus::RunPcapEventLoop::run \"" + name(capture.sniffer.getDeviceInfoCopy()) +
-                        "\" The capture ended by itself! Error message:  The interface disappeared"),
-              1);
-    EXPECT_TRUE(capture.sniffer.isRunning());
-    capture.sniffer.stop();
-    capture.sniffer.start(); // while it is away
-    EXPECT_FALSE(capture.sniffer.isRunning());
-    EXPECT_EQ(capture.sniffer.messages.back(),
-              "WARNING Sniffer not configured properly! Please set a valid configuration!");
-    for (const bool wentWhileRunning : {true, false}) {
-        makeAdapter();
-        talker::RawSocket socket("gone1");
-        capture.sniffer.start();
-        EXPECT_TRUE(capture.sniffer.isRunning());
-        EXPECT_TRUE(arrives(socket, capture.receiver));
-        EXPECT_NE(capture.sniffer.toString().find("\nFilter set: ether proto 0x22f0\n"), std::string::npos);
-        if (!wentWhileRunning) {
-            capture.sniffer.stop();
-        }
-        support::removeInterface("gone0");
-        if (wentWhileRunning) {
-            EXPECT_TRUE(waitFor([&] { return log.count("The capture ended by itself!") == 2; }));
-            capture.sniffer.stop();
-        }
-    }
-    makeAdapter(); // it went and came back between a stop and the next start
-    talker::RawSocket socket("gone1");
-    capture.sniffer.start();
-    EXPECT_TRUE(arrives(socket, capture.receiver));
-    EXPECT_EQ(log.count("The capture ended by itself!"), 2);
-    support::removeInterface("gone0");
-}
-
-TEST(PacketSniffer, releasesItsAdapterUntilTheNextStart) {
-    talker::RawSocket socket("lo");
-    Capture capture(adapter("lo"));
-    for (int run = 0; run < 3; ++run) {
-        capture.sniffer.start();
-        EXPECT_TRUE(arrives(socket, capture.receiver));
-        capture.sniffer.release();
-        EXPECT_FALSE(capture.sniffer.isRunning());
-    }
 }
 
 TEST(PacketSniffer, startsAndStopsAThousandTimes) {
@@ -316,8 +254,12 @@ TEST(PacketSniffer, startsAndStopsAThousandTimes) {
         capture.sniffer.start();
         capture.sniffer.stop();
     }
-    capture.sniffer.start();
-    EXPECT_TRUE(arrives(socket, capture.receiver));
+    for (int run = 0; run < 3; ++run) {
+        capture.sniffer.start();
+        EXPECT_TRUE(arrives(socket, capture.receiver));
+        capture.sniffer.release(); // the adapter, until the next start
+        EXPECT_FALSE(capture.sniffer.isRunning());
+    }
 }
 
 TEST(PacketHandlerSlot, letsReadersInTogetherAndAWriteWaitForThem) {

@@ -1,19 +1,32 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "pcapplus/PcapDeviceInfo.h"
+#include "pcapplus/PcapDeviceManager.h"
 #include "talker/RawSocket.h"
 
 namespace support {
 
 /// An adapter of the test's own network, as the library lists it.
-pcapplus::PcapDeviceInfo adapter(const std::string &name);
+inline pcapplus::PcapDeviceInfo adapter(const std::string &name) {
+    pcapplus::PcapDeviceManager manager;
+    for (unsigned index = 1; index <= manager.getDeviceCount(); ++index) {
+        if (manager.getDeviceInfo(index).getSystemDeviceName() == name) {
+            return manager.getDeviceInfo(index);
+        }
+    }
+    throw std::runtime_error("no adapter " + name);
+}
 
 /// An adapter that the system does not have.
-pcapplus::PcapDeviceInfo missingAdapter();
+inline pcapplus::PcapDeviceInfo missingAdapter() {
+    return {99, "missing0", "A missing adapter"};
+}
 
-void send(talker::RawSocket &socket, const std::vector<std::uint8_t> &frame);
+inline void send(talker::RawSocket &socket, const std::vector<std::uint8_t> &frame) {
+    socket.send(frame.data(), frame.size());
+}
 
 } // namespace support
