@@ -205,7 +205,7 @@ TEST_F(LiveAnalysis, accountsForEachResult) {
     settle(right.levels);
     left.spectrum.handle->stop();
     right.waveform.handle->stop();
-    right.levels.handle->stop(); // its filters and averages stay, the signal goes on with a gap of whole periods
+    right.levels.handle->stop(); // its filters and averages stay
     play(5);
     for (const Analysis *stopped : {&left.spectrum, &right.waveform, &right.levels}) {
         settle(*stopped);
