@@ -1,12 +1,10 @@
-#include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QProcess>
 #include <QThread>
 
 #include <gtest/gtest.h>
 
 #include "support/Frames.h"
-#include "support/waitFor.h"
+#include "support/Program.h"
 #include "talker/RawSocket.h"
 
 // Hosts come and go in processes of their own, while frames arrive: none may hang, crash or leave a thread behind.
@@ -17,31 +15,17 @@ using Arguments = std::vector<std::string>;
 /// The log of a host that ended in time, with status 0, while a stream was on the loopback adapter.
 std::string logOf(const char *program, const Arguments &arguments) {
     talker::RawSocket socket("lo");
-    QStringList list;
-    for (const std::string &argument : arguments) {
-        list << QString::fromStdString(argument);
-    }
-    QProcess host;
-    host.start(QString::fromLocal8Bit(program), list);
+    support::Program host(program, arguments);
     std::uint8_t sequence = 0;
-    const QDeadlineTimer deadline(60000);
-    while (host.state() != QProcess::NotRunning && !deadline.hasExpired()) {
+    for (const QDeadlineTimer deadline(60000); !host.hasEnded() && !deadline.hasExpired();) {
         const auto frame =
             support::makeFrame("020000000001", sequence++, 2, 6, [](unsigned, unsigned) { return std::int16_t{100}; });
         socket.send(frame.data(), frame.size());
-        host.waitForFinished(0);
-        QCoreApplication::processEvents();
         QThread::usleep(100);
     }
-    const bool ended = host.state() == QProcess::NotRunning;
-    if (!ended) {
-        host.kill();
-        host.waitForFinished();
-    }
-    const std::string log = host.readAllStandardError().toStdString();
-    EXPECT_TRUE(ended) << "The host hangs.\n" << log;
-    EXPECT_EQ(host.exitStatus(), QProcess::NormalExit) << log;
-    EXPECT_EQ(host.exitCode(), 0) << log;
+    const support::Program::Result result = host.wait(0);
+    const std::string &log = result.err;
+    EXPECT_EQ(result.exitStatus, 0) << "It hangs or fails.\n" << log;
     // A thread without event loop, or one that has ended, can have no timer: Qt says so of the internal clock's.
     const bool withoutLoop = arguments.back() == "none" || arguments[2] == "none";
     for (const char *fault :

@@ -30,6 +30,9 @@ void Churn::change(ISampleProcessorConfigBase &config, sonvex::IProcessConfigura
     const bool configurable = any || dynamic_cast<ISoundLevelValueConfig *>(&config) == nullptr;
     switch (below(8)) {
     case 0:
+        if (!removes) {
+            break;
+        }
         ISonvex::createInstance().removeProcessor(handle);
         if (&ISonvex::createInstance().addProcessor(process) != &handle) {
             throw std::logic_error("a processor that comes back has another handle");

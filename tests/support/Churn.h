@@ -14,9 +14,10 @@ public:
         Delivering ///< with which each goes on
     };
 
-    explicit Churn(Values values) : any(values == Values::Any) {}
+    /// @param removes whether analyses go and come back too
+    explicit Churn(Values values, bool removes = true) : any(values == Values::Any), removes(removes) {}
 
-    /// Changes one thing of an analysis. It may go and come back.
+    /// Changes one thing of an analysis.
     void change(sonvex::iprocess::ISampleProcessorConfigBase &config, sonvex::IProcessConfiguration &process,
                 sonvex::ihandles::IProcessorHandle &handle);
 
@@ -26,6 +27,7 @@ private:
     void changeConfiguration(sonvex::iprocess::ISampleProcessorConfigBase &config);
 
     const bool any;
+    const bool removes;
     std::mt19937 random{20240611}; // NOLINT(cert-msc51-cpp)
 };
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <QSemaphore>
+#include <QString>
 
 #include <gtest/gtest.h>
 

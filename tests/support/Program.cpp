@@ -24,10 +24,16 @@ void Program::signal(int number) {
     ::kill(static_cast<pid_t>(process_.processId()), number);
 }
 
-Program::Result Program::wait() {
+bool Program::hasEnded() {
+    process_.waitForFinished(0);
+    return process_.state() == QProcess::NotRunning;
+}
+
+Program::Result Program::wait(int patience) {
     // A short program may have ended already.
-    const bool ended = process_.state() == QProcess::NotRunning || process_.waitForFinished(60'000);
-    const bool orderly = ended && process_.error() == QProcess::UnknownError;
+    const bool ended = process_.state() == QProcess::NotRunning || process_.waitForFinished(patience);
+    const bool orderly =
+        ended && process_.exitStatus() == QProcess::NormalExit && process_.error() != QProcess::FailedToStart;
     return {orderly ? process_.exitCode() : -1, process_.readAllStandardOutput().toStdString(),
             process_.readAllStandardError().toStdString()};
 }

@@ -11,7 +11,7 @@ namespace support {
 class Program {
 public:
     struct Result {
-        int exitStatus; ///< -1 if it crashed, could not be started or did not end within 60 s
+        int exitStatus; ///< -1 if it crashed, could not be started or did not end in time
         std::string out;
         std::string err;
     };
@@ -20,9 +20,10 @@ public:
     ~Program();
 
     void signal(int number);
+    bool hasEnded();
 
-    /// Waits for its end.
-    Result wait();
+    /// Waits for its end, so many milliseconds at most.
+    Result wait(int patience = 60'000);
 
 private:
     QProcess process_;
