@@ -8,9 +8,9 @@
 #include "core/configuration/BufferConfiguration.h"
 #include "process/SampleProcessorBase.h"
 #include "process/configuration/WaveformConfig.h"
-#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
+#include "support/capture.h"
 #include "support/waitFor.h"
 
 namespace {

@@ -10,10 +10,10 @@
 #include "avb/AvbAudioBuffer.h"
 #include "core/configuration/BufferConfiguration.h"
 #include "process/configuration/SoundLevelValueConfig.h"
-#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
 #include "support/SoundLevelModel.h"
+#include "support/capture.h"
 #include "support/waitFor.h"
 
 namespace {

@@ -11,9 +11,9 @@
 #include "kernels/ReferenceTransform.h"
 #include "kernels/noise.h"
 #include "process/configuration/SpectrumConfig.h"
-#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
+#include "support/capture.h"
 #include "support/waitFor.h"
 
 namespace {

@@ -8,9 +8,9 @@
 #include "avb/AvbAudioBuffer.h"
 #include "core/configuration/BufferConfiguration.h"
 #include "process/configuration/WaveformConfig.h"
-#include "support/capture.h"
 #include "support/LogRecorder.h"
 #include "support/ProcessorRun.h"
+#include "support/capture.h"
 #include "support/waitFor.h"
 
 namespace {
