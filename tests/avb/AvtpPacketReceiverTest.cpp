@@ -175,27 +175,59 @@ TEST(PacketReceiver, takesTheAdaptersNumberOnceAndLogsItsLife) {
                                "D threading::Worker::~Worker \"AvtpPacketReceiver (eth3)\" DELETED"}));
 }
 
-TEST(PacketReceiver, addsStreamsWhileSeveralCapturesDeliver) {
-    Reception reception;
+TEST(PacketReceiver, takesStreamsOfAnyPacketLengthInAnyOrder) {
+    constexpr unsigned longest = 16383; // of two channels: no data length says more
+    for (const auto &lengths : {std::pair{6U, longest}, {longest, 6U}}) {
+        sonvex::BufferConfiguration buffer("buffer", longest);
+        sonvex::DeviceConfiguration first("first", &buffer, 2, 2, lengths.first);
+        sonvex::DeviceConfiguration second("second", &buffer, 2, 2, lengths.second);
+        avb::AvtpPacketReceiver receiver(subtype, nullptr);
+        receiver.addStreamingDevice(mac, first);
+        receiver.addStreamingDevice(otherMac, second);
+        for (const auto &[source, length] : {std::pair{mac, lengths.first}, {otherMac, lengths.second}}) {
+            capture(receiver, makeFrame(source, 0, 2, length, codesOf(0)));
+            const auto samples = receiver.getAudioBuffer(source, 1)->fetchLatestSamples(length);
+            for (unsigned sample = 0; sample < length; ++sample) {
+                ASSERT_EQ(samples[sample], static_cast<float>(code(sample, 1) / 32768.0)) << length << ": " << sample;
+            }
+        }
+    }
+}
+
+TEST(PacketReceiver, keepsTheFramesOfSeveralCapturesApartWhileStreamsAreAdded) {
+    constexpr unsigned length = 4000;
+    sonvex::BufferConfiguration buffer("buffer", length);
+    sonvex::DeviceConfiguration device("device", &buffer, 2, 1, length);
+    avb::AvtpPacketReceiver receiver(subtype, nullptr);
+    receiver.addStreamingDevice(mac, device);
+    receiver.addStreamingDevice(otherMac, device);
     const support::LogRecorder log;
-    std::atomic<bool> ended{false};
+    std::atomic<int> ready{0};
+    std::atomic<int> mixed{0};
     std::vector<std::thread> captures;
-    for (int number = 0; number < 2; ++number) {
-        captures.emplace_back([&, source = number == 0 ? mac : otherMac] {
-            for (unsigned sequence = 0; sequence < 5000; ++sequence) {
-                capture(reception.receiver, makeFrame(source, static_cast<std::uint8_t>(sequence), 2, 6, codesOf(0)));
+    for (const char *source : {mac, otherMac}) {
+        captures.emplace_back([&, source] {
+            const std::int16_t own = source == mac ? 1 : -1;
+            auto frame = makeFrame(source, 0, 1, length, [own](unsigned, unsigned) { return own; });
+            const std::vector<float> expected(length, static_cast<float>(own / 32768.0));
+            const avb::AvbAudioBuffer &samples = *receiver.getAudioBuffer(source, 0);
+            for (++ready; ready < 2;) {
+            }
+            for (int number = 0; number < 2000; ++number) {
+                frame[16] = static_cast<std::uint8_t>(number);
+                capture(receiver, frame);
+                mixed += samples.fetchLatestSamples(length) == expected ? 0 : 1;
             }
         });
     }
-    reception.receiver.addStreamingDevice(otherMac, reception.device);
     for (int number = 0; number < 50; ++number) {
-        reception.receiver.addStreamingDevice("0300000000" + std::to_string(10 + number), reception.device);
+        receiver.addStreamingDevice("0300000000" + std::to_string(10 + number), device);
     }
     for (std::thread &thread : captures) {
         thread.join();
     }
+    EXPECT_EQ(mixed, 0);
     EXPECT_EQ(log.count("Packets missed"), 0);
-    EXPECT_EQ(reception.channel(1, 1).front(), static_cast<float>(code(5, 1) / 32768.0));
 }
 
 } // namespace

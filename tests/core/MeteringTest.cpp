@@ -1,3 +1,5 @@
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "core/metering/MeteringDataSource.h"
@@ -78,6 +80,17 @@ TEST(ProcessConnection, dropsResultsWithAWarningUntilItHasItsFunction) {
                                       "signalToCallbackConnector \"con\" Callback not initialized! "
                                       "Please set a valid callback",
                                   "D " + context + "setCallbackMethod \"con\" Callback initialized!"}));
+}
+
+TEST(ProcessConnection, mayGoFromWithinItsFunction) {
+    auto connection = std::make_unique<process::ProcessConnection>("con", nullptr);
+    Lines names;
+    connection->setCallbackMethod([&, kept = std::string(100, 'k')](const ChannelData & /*data*/) {
+        connection.reset();
+        names.push_back(kept);
+    });
+    connection->signalToCallbackConnector(ChannelData());
+    EXPECT_EQ(names, Lines{std::string(100, 'k')});
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include <thread>
 
 #include <QSemaphore>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,32 @@ using namespace sonvex::iprocess;
 
 std::int16_t anySample(std::size_t, unsigned) {
     return 5;
+}
+
+TEST(LogHandler, isAwaitedByDestroyOnTheThreadsOfCapturesAndProcessors) {
+    for (const char *line : {"Packets missed", "More samples requested"}) {
+        support::LiveStream stream(2, 48, anySample);
+        auto &handle = stream.add("waited", IWaveformConfig::createInstance("more than there are", 48001), 0);
+        ISonvex::createInstance().getMeteringDataSource(handle).bindChannelCallback([](sonvex::IChannelData &) {});
+        handle.start();
+        std::atomic<int> entered{0};
+        std::atomic<int> left{0};
+        const support::LogHandler handler([&](const QString &text) {
+            if (text.contains(QLatin1String(line))) {
+                ++entered;
+                QThread::msleep(50); // who does not wait is ahead
+                ++left;
+            }
+        });
+        stream.capture.start();
+        EXPECT_TRUE(support::waitFor([&] {
+            stream.send(8, 1);
+            return entered > left;
+        }));
+        ISonvex::destroy();
+        EXPECT_EQ(left, entered) << line;
+        support::deliverQueued(); // what has come before
+    }
 }
 
 TEST(LogHandler, thatStallsACaptureKeepsNobodyFromAddingStreams) {

@@ -36,7 +36,7 @@ Values powersOf(Samples samples) {
     return powers;
 }
 
-/// A channel of 20000 samples, and a spectrum processor on it that runs. The test decides on the signals.
+/// A channel as long as a block of order 14, and a spectrum processor on it that runs. The test decides on the signals.
 class Spectrum : public testing::Test {
 protected:
     void run() {
@@ -65,7 +65,7 @@ protected:
     }
 
     support::LogRecorder log;
-    sonvex::BufferConfiguration bufferConfig{"buffer", 20000, 480};
+    sonvex::BufferConfiguration bufferConfig{"buffer", 16384, 480};
     avb::AvbAudioBuffer buffer{"ch1", bufferConfig};
     process::SpectrumConfig config{"config", 0, "SpectrumProcessor"};
     std::unique_ptr<support::ProcessorRun> processor;
@@ -129,7 +129,7 @@ TEST_F(Spectrum, deliversNothingUntilAnOrderFitsAgain) {
         EXPECT_TRUE(spectraAfter(samples).empty()) << order;
         const std::string size = order == 15 ? "32768" : "16";
         EXPECT_EQ(
-            log.count("W process::fft::IppFft::calculate \"s_FFT\" Input data vector size '  20000 ' don't equals the "
+            log.count("W process::fft::IppFft::calculate \"s_FFT\" Input data vector size '  16384 ' don't equals the "
                       "predefined FFT size:  " +
                       size + " ! FFT calculation skipped!"),
             1)
