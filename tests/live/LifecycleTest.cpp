@@ -86,6 +86,8 @@ std::vector<Arguments> everyLinkedEnd() {
     }
     ends.push_back({"loop", "hundredRuns", "own"});
     ends.push_back({"loop", "askEndedHandles", "own"});
+    ends.push_back({"loop", "stallCapture", "second"});
+    ends.push_back({"loop", "stallProcessor", "second"});
     return ends;
 }
 

@@ -20,12 +20,12 @@ struct HostRun {
         : buffer(sonvex::IBufferConfiguration::createInstance("buffer", 4800, 48)),
           device(sonvex::IDeviceConfiguration::createInstance("device", buffer, 2, 2, 6)),
           capture(facade.addRemoteStreamReceiver(
-              sonvex::IStreamConfiguration::createInstance("stream", mac, support::loopback(), device))) {
+              sonvex::IStreamConfiguration::createInstance("stream", mac, support::loopback(), device))),
+          spectrum(sonvex::iprocess::ISpectrumConfig::createInstance("spectrum", 0)) {
         using namespace sonvex::iprocess;
         latest = this;
         add("external", IWaveformConfig::createInstance("external", 48), 0);
         add("internal", IWaveformConfig::createInstance("internal", 48, 1), 1);
-        auto &spectrum = ISpectrumConfig::createInstance("spectrum", 0);
         spectrum.setFftOrder(6);
         spectrum.setMovingAverageActive(true);
         add("spectrum", spectrum, 0);
@@ -81,6 +81,7 @@ struct HostRun {
     sonvex::IBufferConfiguration &buffer;
     sonvex::IDeviceConfiguration &device;
     sonvex::ihandles::INetworkReceiverHandle &capture;
+    sonvex::iprocess::ISpectrumConfig &spectrum;
     std::vector<sonvex::ihandles::IProcessorHandle *> processors;
     std::vector<int> results;
     std::function<void()> onComplete; ///< called once, from within a result's callback

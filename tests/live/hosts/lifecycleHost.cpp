@@ -1,12 +1,15 @@
 // A host that ends as its arguments say, while frames arrive: WHERE an ACTION happens, and what becomes of the
 // APPLICATION object. Its exit status says whether it came to its end.
+#include <atomic>
 #include <cstdlib>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include <QCoreApplication>
+#include <QThread>
 
 #include "live/hosts/HostRun.h"
 
@@ -67,6 +70,24 @@ void askEndedHandles() {
     awaitResults();
 }
 
+std::atomic<const char *> stalledLine{nullptr};
+std::atomic<bool> withoutApplication{false};
+
+/// From now on a thread of the library takes its time over @p line, and may not be there without application object.
+void stall(const char *line) {
+    stalledLine = line;
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+        if (stalledLine != nullptr && text.contains(QLatin1String(stalledLine))) {
+            QThread::msleep(100);
+            if (withoutApplication) {
+                std::_Exit(1);
+            }
+        }
+        std::cerr << text.toStdString() << '\n';
+    });
+    run->spectrum.setFftOrder(5);
+}
+
 const std::map<std::string, void (*)()> actions = {
     {"nothing", [] {}},
     {"exit", [] { std::exit(0); }},
@@ -99,6 +120,8 @@ const std::map<std::string, void (*)()> actions = {
      }},
     {"hundredRuns", [] { repeat(100); }},
     {"askEndedHandles", askEndedHandles},
+    {"stallCapture", [] { stall("PCAP listener INACTIVE"); }},
+    {"stallProcessor", [] { stall("FFT order is changed to"); }},
     {"throw", [] { throw Thrown(); }},
 };
 
@@ -151,6 +174,10 @@ int main(int argc, char **argv) {
     act(where, action);
     if (application == "second") { // with which the run goes on, or another one begins
         object.reset();
+        withoutApplication = true;
+        QThread::msleep(stalledLine != nullptr ? 200 : 0); // for who is late
+        stalledLine = nullptr;
+        withoutApplication = false;
         object = std::make_unique<QCoreApplication>(argc, argv);
         for (auto *processor : run->processors) {
             if (processor->isProcessingActive()) {

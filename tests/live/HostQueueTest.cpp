@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <fstream>
 #include <functional>
+#include <iterator>
+#include <thread>
 #include <vector>
 
 #include <QDeadlineTimer>
@@ -8,11 +12,12 @@
 
 #include <sonvex/sonvex.h>
 
+#include "core/configuration/DeviceConfiguration.h"
 #include "support/LiveStream.h"
 #include "support/LogRecorder.h"
 #include "support/waitFor.h"
 
-// What a host may count on of results that wait for it.
+// What waits for the host's event loop, when a processor goes and when a run is over.
 namespace {
 
 using namespace sonvex::iprocess;
@@ -56,13 +61,19 @@ struct Analysis {
     std::vector<std::vector<double>> values;
 };
 
-class Results : public testing::Test {
+/// How many adapters are open in this network, and one line.
+std::ptrdiff_t openAdapters() {
+    std::ifstream sockets("/proc/net/packet");
+    return std::count(std::istreambuf_iterator<char>(sockets), {}, '\n');
+}
+
+class HostQueue : public testing::Test {
 protected:
-    Results() {
+    HostQueue() {
         spectrumConfig.setFftOrder(5);
         stream.capture.start();
     }
-    ~Results() override { ISonvex::destroy(); }
+    ~HostQueue() override { ISonvex::destroy(); }
 
     /// Waits without the event loop, so that results stay in the queue.
     static bool waitAsleep(const std::function<bool()> &condition) {
@@ -91,6 +102,8 @@ protected:
     const support::LogRecorder log;
     support::LiveStream stream{2, blockSize, blockCode};
     const sonvex::IStreamFacts &facts = sonvex::IStreamFacts::createInstance(stream.mac);
+    sonvex::IBufferConfiguration &bufferConfiguration =
+        *dynamic_cast<sonvex::DeviceConfiguration &>(stream.device).getBufferConfiguration();
     std::uint64_t frames = 0;
     ISpectrumConfig &spectrumConfig = ISpectrumConfig::createInstance("spectrum", 0);
     Analysis first{stream, "first", IWaveformConfig::createInstance("first", blockSize), 0};
@@ -98,14 +111,16 @@ protected:
     Analysis spectrum{stream, "spectrum", spectrumConfig, 1};
 };
 
-TEST_F(Results, keepTheirValuesInTheQueueAndArriveWhenTheirRunIsOver) {
+TEST_F(HostQueue, keepsResultsAsTheyWereAndDeliversThemWhenTheirRunIsOver) {
     constexpr std::size_t blocks = 5;
     for (std::size_t block = 0; block < blocks; ++block) {
         playBlock();
     }
     first.handle->stop();
     EXPECT_TRUE(first.values.empty());
+    const auto adapters = openAdapters();
     ISonvex::destroy();
+    EXPECT_EQ(openAdapters(), adapters - 1);
     EXPECT_TRUE(first.values.empty()) << "delivered by anything but the host's loop";
     stream.send(10 * packetsPerBlock); // after the end
     support::deliverQueued();
@@ -122,7 +137,7 @@ TEST_F(Results, keepTheirValuesInTheQueueAndArriveWhenTheirRunIsOver) {
     }
 }
 
-TEST_F(Results, endWithAProcessorThatItsOwnCallbackRemovesAndComeFromTheNextOne) {
+TEST_F(HostQueue, losesTheResultsOfAProcessorThatItsOwnCallbackRemovesAndOfNoOther) {
     ISonvex &facade = ISonvex::createInstance();
     bool addsAgain = false;
     first.onResult = [&] {
@@ -150,6 +165,26 @@ TEST_F(Results, endWithAProcessorThatItsOwnCallbackRemovesAndComeFromTheNextOne)
         }
         played += 3;
     }
+}
+
+TEST_F(HostQueue, deliversNoNoticeOfAConfigurationThatIsGone) {
+    const auto changeOnAnotherThread = [&](unsigned amount) {
+        std::thread([&, amount] {
+            bufferConfiguration.setClockSignalingSampleAmount(amount);
+            spectrumConfig.setMovingAverageActive(amount == 24);
+        }).join();
+    };
+    const auto notices = [&] { return log.count("Signaling sample amount ch") + log.count("Moving Average "); };
+    support::deliverQueued();
+    const int before = notices();
+    changeOnAnotherThread(24);
+    EXPECT_EQ(notices(), before);
+    support::deliverQueued();
+    EXPECT_EQ(notices(), before + 3); // of two buffers and an averager
+    changeOnAnotherThread(48);
+    ISonvex::destroy();
+    support::deliverQueued();
+    EXPECT_EQ(notices(), before + 3);
 }
 
 } // namespace
