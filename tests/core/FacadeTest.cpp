@@ -39,15 +39,10 @@ TEST(Sonvex, refusesForeignObjectsAndChangesNothing) {
     Host host;
     EXPECT_THROW(host.facade.addRemoteStreamReceiver(host.foreign), std::bad_cast);
     EXPECT_THROW(host.facade.removeProcessor(host.foreign), std::bad_cast);
+    EXPECT_THROW(host.facade.addProcessor(host.foreign), exceptions::ResourceNotAvailable); // there is no stream
     host.facade.addRemoteStreamReceiver(host.stream);
     EXPECT_THROW(host.facade.addProcessor(host.foreign), std::bad_cast);
     EXPECT_NO_THROW(host.facade.addProcessor(host.process));
-}
-
-TEST(Sonvex, refusesAProcessorBeforeItsStream) {
-    Host host;
-    EXPECT_THROW(host.facade.addProcessor(host.process), exceptions::ResourceNotAvailable);
-    EXPECT_THROW(host.facade.addProcessor(host.foreign), exceptions::ResourceNotAvailable);
 }
 
 TEST(Sonvex, refusesHandlesThatItDoesNotKnow) {

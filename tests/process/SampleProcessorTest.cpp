@@ -209,15 +209,6 @@ TEST_F(SampleProcessor, staysAsItsHostLeftItWhenAChangeIsOnItsWay) {
     }
 }
 
-TEST_F(SampleProcessor, keepsItsClockForATextThatNamesNone) {
-    process::WaveformConfig config("config", 2);
-    support::ProcessorRun processor(new ProbeProcessor(config, buffer));
-    processor->start();
-    processor.settle();
-    EXPECT_EQ(Lines{}, linesOf(processor, [&] { config.setClockType("internal clock"); }));
-    EXPECT_EQ(twoSignals, ticks(processor));
-}
-
 TEST_F(SampleProcessor, hearsWhatASecondOneOfTheSameConfigurationPublishes) {
     process::WaveformConfig config("config", 2);
     support::ProcessorRun first(new ProbeProcessor(config, buffer));
