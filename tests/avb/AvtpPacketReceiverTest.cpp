@@ -65,6 +65,18 @@ TEST(PacketReceiver, allocatesAndLogsNothingForAGoodFrame) {
     EXPECT_EQ(reception.channel(7, 1).front(), static_cast<float>(code(5, 7, 9) / 32768.0));
 }
 
+TEST(PacketReceiver, noticesThatTimeGoesOnThoughAllFramesHaveOneStamp) {
+    Reception reception;
+    const auto facts = std::make_shared<facts::StreamFacts>();
+    reception.receiver.addStreamingDevice(otherMac, reception.device, facts);
+    capture(reception.receiver, makeFrame(otherMac, 0, 2, 6, codesOf(0)));
+    const std::int64_t first = facts->getSteadyTime();
+    for (std::uint8_t sequence = 1; sequence < 100; ++sequence) {
+        capture(reception.receiver, makeFrame(otherMac, sequence, 2, 6, codesOf(0)));
+    }
+    EXPECT_GT(facts->getSteadyTime(), first);
+}
+
 TEST(PacketReceiver, saysWhatItRefuses) {
     const std::string context = "W avb::AvtpPacketReceiver::";
     const std::string name = " \"AvtpPacketReceiver (unbound)\" ";
@@ -203,6 +215,7 @@ TEST(PacketReceiver, keepsTheFramesOfSeveralCapturesApartWhileStreamsAreAdded) {
     receiver.addStreamingDevice(otherMac, device);
     const support::LogRecorder log;
     std::atomic<int> ready{0};
+    std::atomic<int> captured{0};
     std::atomic<int> mixed{0};
     std::vector<std::thread> captures;
     for (const char *source : {mac, otherMac}) {
@@ -217,10 +230,14 @@ TEST(PacketReceiver, keepsTheFramesOfSeveralCapturesApartWhileStreamsAreAdded) {
                 frame[16] = static_cast<std::uint8_t>(number);
                 capture(receiver, frame);
                 mixed += samples.fetchLatestSamples(length) == expected ? 0 : 1;
+                ++captured;
             }
         });
     }
     for (int number = 0; number < 50; ++number) {
+        for (; captured < 80 * number;) { // all along the captures
+            std::this_thread::yield();
+        }
         receiver.addStreamingDevice("0300000000" + std::to_string(10 + number), device);
     }
     for (std::thread &thread : captures) {
