@@ -20,7 +20,10 @@ constexpr char otherMac[] = "0200000000c2";
 
 class Correction : public testing::Test {
 protected:
-    ~Correction() override { ISonvex::destroy(); }
+    ~Correction() override {
+        ISonvex::destroy();
+        support::deliverQueued();
+    }
 
     auto &addStream(const char *address, unsigned channels) {
         return facade.addRemoteStreamReceiver(sonvex::IStreamConfiguration::createInstance(

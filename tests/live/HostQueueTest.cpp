@@ -73,7 +73,10 @@ protected:
         spectrumConfig.setFftOrder(5);
         stream.capture.start();
     }
-    ~HostQueue() override { ISonvex::destroy(); }
+    ~HostQueue() override {
+        ISonvex::destroy();
+        support::deliverQueued(); // while there is somebody
+    }
 
     /// Waits without the event loop, so that results stay in the queue.
     static bool waitAsleep(const std::function<bool()> &condition) {
