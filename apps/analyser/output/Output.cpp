@@ -21,6 +21,12 @@ Output::Output(const std::string &name, std::shared_ptr<const Ending> ending)
         if (file.get() < 0) {
             throw common::Refusal("cannot write " + title() + ": " + std::strerror(errno));
         }
+    } else if (::isatty(STDOUT_FILENO) == 1) {
+        file = common::FileDescriptor(::open("/proc/self/fd/1", O_WRONLY | O_NOCTTY | O_CLOEXEC)); // others share that
+    }
+    // A terminal that is ready may have room for a part only, and nobody may ever read that.
+    if (file.get() >= 0 && ::isatty(file.get()) == 1) {
+        (void)::fcntl(file.get(), F_SETFL, O_NONBLOCK);
     }
 }
 
@@ -32,15 +38,18 @@ void Output::begin() {
 }
 
 void Output::write(std::string_view text) {
+    std::optional<Ending::Clock::time_point> lastMoment; // while nothing is taken
     while (!text.empty() && error.empty()) {
-        if (waitsInVain()) {
-            fail("its reader takes no more");
+        if (isTooLate()) {
             return;
         }
         const auto written = common::writeIfReady(descriptor(), text);
         if (written >= 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EAGAIN && errno != EINTR) {
+            lastMoment.reset();
+        } else if (errno == EAGAIN) {
+            waitForReader(lastMoment);
+        } else if (errno != EINTR) {
             fail(std::strerror(errno));
         }
     }
@@ -57,30 +66,29 @@ void Output::fail(const std::string &reason) {
     }
 }
 
-/// Waits for the reader. One that has stopped reading must not keep the program from ending when it is time to, and one
-/// that is slow not when the user waits for the end.
-bool Output::waitsInVain() {
+/// A reader that is slow must not keep a user waiting who has asked for the end.
+bool Output::isTooLate() {
+    constexpr std::chrono::seconds patience(5);
+    if (!urgentEnd && ending->isUrgent()) {
+        urgentEnd = Ending::Clock::now() + patience;
+    }
+    if (urgentEnd && Ending::Clock::now() >= *urgentEnd) {
+        fail("its reader takes no more");
+    }
+    return !error.empty();
+}
+
+/// A reader that takes nothing must not keep the program from ending when it is time to.
+void Output::waitForReader(std::optional<Ending::Clock::time_point> &lastMoment) {
     constexpr std::chrono::seconds patience(1);
-    constexpr std::chrono::seconds urgentPatience(5);
     constexpr int slice = 50; // ms
-    std::optional<Ending::Clock::time_point> lastMoment;
     pollfd ready{descriptor(), POLLOUT, 0};
-    for (;;) {
-        if (!urgentEnd && ending->isUrgent()) {
-            urgentEnd = Ending::Clock::now() + urgentPatience;
-        }
-        if (urgentEnd && Ending::Clock::now() >= *urgentEnd) {
-            return true;
-        }
-        if (::poll(&ready, 1, slice) > 0) {
-            return false;
-        }
-        if (!lastMoment && ending->hasBegun()) {
-            lastMoment = Ending::Clock::now() + patience;
-        }
-        if (lastMoment && Ending::Clock::now() >= *lastMoment) {
-            return true;
-        }
+    (void)::poll(&ready, 1, slice);
+    if (!lastMoment && ending->hasBegun()) {
+        lastMoment = Ending::Clock::now() + patience;
+    }
+    if (lastMoment && Ending::Clock::now() >= *lastMoment) {
+        fail("its reader takes no more");
     }
 }
 

@@ -37,7 +37,8 @@ public:
 
 private:
     void fail(const std::string &reason);
-    bool waitsInVain();
+    bool isTooLate();
+    void waitForReader(std::optional<Ending::Clock::time_point> &lastMoment);
 
     const std::string shownName;
     common::FileDescriptor file;

@@ -67,7 +67,10 @@ void LiveView::leaveScreen() {
         (void)::tcflow(output->descriptor(), TCOOFF);
         (void)::tcflow(output->descriptor(), TCOON);
         (void)::tcsetattr(output->descriptor(), TCSANOW, &*terminalBefore);
-        (void)common::writeIfReady(output->descriptor(), leaving);
+        if (common::writeIfReady(output->descriptor(), leaving) < 0) { // full of pictures that nobody has read
+            (void)::tcflush(output->descriptor(), TCOFLUSH);
+            (void)common::writeIfReady(output->descriptor(), leaving);
+        }
         terminalBefore.reset();
     }
 }
