@@ -103,13 +103,14 @@ TEST(Delivery, waitsForAListenerThatWantsAllUnlessTheSessionGivesUp) {
         const auto heard = std::make_shared<Heard>();
         auto delivery = deliver(heard, true, WhenFull::wait, [givesUp] { return givesUp; });
         constexpr std::uint64_t amount = 100;
-        std::atomic<std::uint64_t> posted{0};
+        delivery->post(makeResult(0));
+        heard->stalled.get_future().wait();
+        std::atomic<std::uint64_t> posted{1};
         std::thread session([&] {
-            for (std::uint64_t sequence = 0; sequence < amount; ++sequence, ++posted) {
+            for (std::uint64_t sequence = 1; sequence < amount; ++sequence, ++posted) {
                 delivery->post(makeResult(sequence));
             }
         });
-        heard->stalled.get_future().wait();
         if (givesUp) {
             session.join();
             EXPECT_GT(delivery->leftOut().results, 0U);
