@@ -1,17 +1,26 @@
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <fstream>
+#include <future>
+#include <iterator>
+#include <sstream>
+
+#include <sys/stat.h>
 
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QThread>
 
 #include <gtest/gtest.h>
 
 #include "support/Program.h"
+#include "support/waitFor.h"
 
 // Both programs side by side, on a loopback adapter of their own.
 namespace {
@@ -93,32 +102,212 @@ TEST(Monitor, knowsWhatIsLostAndRefusedWithAllLoggingOff) {
     EXPECT_NE(result.err.find("lack samples: its frames are refused"), std::string::npos) << result.err;
 }
 
-TEST(Monitor, letsAStalledReaderHarmNobody) {
-    support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "02:00:00:00:00:01"});
+std::string contents(const std::string &name) {
+    QFile file(QString::fromStdString(name));
+    file.open(QIODevice::ReadOnly);
+    return file.readAll().toStdString();
+}
+
+TEST(Monitor, tellsInPlainLinesHowEachAnalysisFares) {
     const QTemporaryDir folder;
-    const std::string file = folder.filePath(QStringLiteral("levels.csv")).toStdString();
-    support::Program analyser(ANALYSER_PROGRAM,
-                              {"monitor", "--device", "lo", "--stream", "020000000001", "--waveform", "0:24000",
-                               "--levels", "1", "--format", "json", "--also", "csv:" + file, "--seconds", "60"});
-    // Nothing of the first output is read meanwhile, and more comes than there is room for.
-    const QDeadlineTimer deadline(60000);
-    std::size_t levels = 0;
-    while (levels < 100 && !deadline.hasExpired()) {
-        QThread::msleep(20);
-        levels = 0;
-        std::ifstream csv(file);
-        for (std::string line; std::getline(csv, line);) {
-            levels += line.compare(0, 7, "levels,") == 0 ? 1 : 0;
-        }
-        levels /= 7;
-    }
-    EXPECT_GE(levels, 100U);
+    const std::string file = folder.filePath(QStringLiteral("lines")).toStdString();
+    support::Program analyser(ANALYSER_PROGRAM, {"monitor", "--device", "lo", "--stream", "020000000001", "--waveform",
+                                                 "0:480", "--spectrum", "0:12", "--output", file});
+    const auto says = [&](const char *line) {
+        const QRegularExpression pattern(QString::fromLatin1(line), QRegularExpression::MultilineOption);
+        return support::waitFor([&] { return pattern.match(QString::fromStdString(contents(file))).hasMatch(); });
+    };
+    const auto talk = [](const char *seconds) {
+        return support::Program(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001", "--signal",
+                                                "sine:1000:0.5", "--channels-at", "12000:1", "--seconds", seconds})
+            .wait();
+    };
+    EXPECT_TRUE(says("^[2-9]\\.\\d s  waveform_020000000001_ch0  silent  0\\.0 results/s  peak 0\\.0000  messages 0$"));
+    talk("3");
+    EXPECT_TRUE(says("^message: INFORMATION ChannelAmountChanged 020000000001: 1 channels after 2, configured 2$"));
+    EXPECT_TRUE(says("^\\d+\\.\\d s  spectrum_020000000001_ch0  running  ([5-9]\\d|1[0-4]\\d)\\.\\d results/s  "
+                     "peak at 996\\.1 Hz, -9\\.0 dBFS  messages 2$"));
+    EXPECT_TRUE(
+        says("running  [^$]*^\\d+\\.\\d s  spectrum_020000000001_ch0  silent  0\\.0 results/s  peak at 996\\.1"));
+    talk("2");
+    EXPECT_TRUE(says("silent  [^$]*running  [^$]*silent"));
     analyser.signal(SIGINT);
     const auto result = analyser.wait();
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
-    EXPECT_NE(result.out.find("{\"type\":\"leftOut\",\"results\":"), std::string::npos);
-    EXPECT_NE(result.err.find("the output lacks "), std::string::npos) << result.err;
-    EXPECT_EQ(lastObject(result.out).value(QLatin1String("type")).toString(), QStringLiteral("summary"));
+    EXPECT_TRUE(says("^summary: \\d+\\.\\d{3} s, \\d messages, packets missed: \\d, frames refused for the channel "
+                     "amount: 0, for the data length: 0, as incomplete: 0, dropped by this machine: 0\n"
+                     "waveform_020000000001_ch0: \\d{3} results\nspectrum_020000000001_ch0: \\d{3} results\n"));
+    const QRegularExpression complaints(QStringLiteral(
+        "no frame of this stream has arrived[^$]*results arrive from[^$]*no more frames arrive[^$]*results arrive"));
+    EXPECT_TRUE(complaints.match(QString::fromStdString(result.err)).hasMatch()) << result.err;
+}
+
+/// What a file holds of the results: by the columns that one has for itself, the places and values.
+using Results = std::map<QStringList, std::vector<std::pair<double, double>>>;
+
+Results readJson(const std::string &text) {
+    Results results;
+    for (const QByteArray &line : QByteArray::fromStdString(text).split('\n')) {
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        const auto x = values(object, "x");
+        const auto y = values(object, "y");
+        QStringList key;
+        for (const char *part : {"type", "name", "stream", "channel", "sequence", "time", "endSample"}) {
+            key += object.value(QLatin1String(part)).toVariant().toString();
+        }
+        key += object.value(QLatin1String("behindGap")).toBool() ? QStringLiteral("1") : QStringLiteral("0");
+        for (int i = 0; i < y.size(); ++i) {
+            results[key].emplace_back(x.isEmpty() ? i : x.at(i).toDouble(),
+                                      y.at(i).isNull() ? -HUGE_VAL : y.at(i).toDouble());
+        }
+    }
+    return results;
+}
+
+constexpr char columns[] = "type,name,stream,channel,sequence,index,value,time,endSample,behindGap";
+
+Results readCsv(const std::string &text, std::string &comments) {
+    Results results;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (line[0] == '#' || line == columns) {
+            comments += line + '\n';
+            continue;
+        }
+        QStringList key = QString::fromStdString(line).split(QLatin1Char(','));
+        const double index = key.takeAt(5).toDouble();
+        const double value = key.takeAt(5).toDouble();
+        results[key].emplace_back(index, value);
+    }
+    return results;
+}
+
+TEST(Monitor, writesTheSameAsCsvAndAsJson) {
+    support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001", "--signal", "sine:997:0.3",
+                                            "--signal", "silence"});
+    const QTemporaryDir folder;
+    const std::string json = folder.filePath(QStringLiteral("json")).toStdString();
+    const std::string csv = folder.filePath(QStringLiteral("csv")).toStdString();
+    std::ofstream(csv) << "what was there before";
+    const auto run =
+        support::Program(ANALYSER_PROGRAM,
+                         {"monitor",  "--device",    "lo",        "--stream", "020000000001", "--waveform", "0:48",
+                          "--levels", "0",           "--levels",  "1",        "--spectrum",   "0:5",        "--buffer",
+                          "6000",     "--reference", "94",        "--format", "json",         "--output",   json,
+                          "--also",   "csv:" + csv,  "--seconds", "2"})
+            .wait();
+    ASSERT_EQ(run.exitStatus, 0) << run.err;
+    std::string comments;
+    const Results expected = readJson(contents(json));
+    EXPECT_GT(expected.size(), 200U);
+    EXPECT_TRUE(readCsv(contents(csv), comments) == expected);
+    for (const std::string &part : std::vector<std::string>{
+             "# sonvex-analyser 1.6.0.3\n# device: lo\n# started: 20",
+             "\n# stream: 020000000001, 2 channels, 6 samples ",
+             "\n# analysis: spectrum, spectrum_020000000001_ch0, stream 020000000001, channel 0, amount 32 samples, "
+             "order 5",
+             "bin width 1500 Hz", ", clock external:480 samples, value in ", "\n# buffer: 6000 samples\n",
+             "\n# reference: 0 dBFS is 94 dB SPL ", "\n# limits: spectra of 32 samples leave out 448 ",
+             "levels 0 to 6 for dBA SPL fast, ", std::string(", dBFS\n") + columns + '\n',
+             "\n# message: INFORMATION ChannelAmountChanged 020000000001: 2 channels after -1", "\n# summary: "}) {
+        EXPECT_NE(comments.find(part), std::string::npos) << part << " is not in\n" << comments;
+    }
+    for (const auto &analysis : values(lastObject(contents(json)), "analyses")) {
+        const QJsonObject object = analysis.toObject();
+        EXPECT_NE(comments.find("\n# " + object.value(QLatin1String("name")).toString().toStdString() + ": " +
+                                std::to_string(object.value(QLatin1String("results")).toInt()) + " results\n"),
+                  std::string::npos);
+    }
+}
+
+/// The sum of the numbers behind each place where the text stands.
+std::size_t sumAfter(const std::string &all, const std::string &text) {
+    std::size_t sum = 0;
+    for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) {
+        sum += std::stoul(all.substr(at + text.size(), 20));
+    }
+    return sum;
+}
+
+/// How many results a file of either format holds.
+std::size_t resultsIn(const std::string &text) {
+    std::size_t amount = 0;
+    std::istringstream lines(text);
+    std::string before;
+    for (std::string line; std::getline(lines, line);) {
+        std::size_t end = 0;
+        for (int column = 0; column < 5 && end != std::string::npos; ++column) {
+            end = line.find(',', end + 1);
+        }
+        line.resize(std::min(end, line.size())); // up to the sequence
+        if (line[0] != '#' && line.substr(0, 5) != "type," && line != before) {
+            amount += line[0] != '{' || line.find("sequence") != std::string::npos ? 1 : 0;
+            before = line;
+        }
+    }
+    return amount;
+}
+
+TEST(Monitor, letsAStalledReaderHarmNobodyAndWaitsForItOnDemand) {
+    struct Case {
+        std::string format;
+        bool waits;
+    };
+    for (const auto &[format, waits] : {Case{"json", false}, {"csv", false}, {"json", true}}) {
+        SCOPED_TRACE(format + (waits ? ", waited for" : ""));
+        const QTemporaryDir folder;
+        const std::string pipe = folder.filePath(QStringLiteral("pipe")).toStdString();
+        const std::string file = folder.filePath(QStringLiteral("file")).toStdString();
+        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        std::promise<void> goesOn;
+        auto reader = std::async(std::launch::async, [&] {
+            std::ifstream output(pipe); // opens together with the analyser
+            goesOn.get_future().wait();
+            std::ostringstream text;
+            text << output.rdbuf();
+            return text.str();
+        });
+        support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001"});
+        std::vector<std::string> arguments = {
+            "monitor",       "--device", "lo", "--stream", "020000000001", "--waveform",
+            "0:24000",       "--levels", "1",  "--format", format,         "--clock",
+            "external:2400", "--output", pipe, "--also",   "json:" + file};
+        arguments.insert(arguments.end(), waits ? 1 : 0, "--wait");
+        support::Program analyser(ANALYSER_PROGRAM, arguments);
+        const auto settles = [&] { // a second brings nothing new
+            qint64 before = 0;
+            QDeadlineTimer quiet(1000);
+            return support::waitFor([&] {
+                QThread::msleep(20);
+                if (const qint64 now = QFile(QString::fromStdString(file)).size(); now < 1'000'000 || now != before) {
+                    before = now;
+                    quiet.setRemainingTime(1000);
+                }
+                return quiet.hasExpired();
+            });
+        };
+        const auto hasMore = [&] { // than there is room for
+            QThread::msleep(20);
+            return contents(file).find("\"channel\":0,\"sequence\":60,") != std::string::npos;
+        };
+        EXPECT_TRUE(support::waitFor(hasMore));
+        goesOn.set_value();
+        talker.signal(SIGINT);
+        talker.wait();
+        EXPECT_TRUE(!waits || settles());
+        analyser.signal(SIGINT);
+        const auto result = analyser.wait();
+        EXPECT_EQ(result.exitStatus, 0) << result.err;
+
+        const std::string taken = reader.get();
+        const std::string all = contents(file);
+        const std::size_t told = sumAfter(taken, "# left out: ") + sumAfter(taken, "\"leftOut\",\"results\":");
+        EXPECT_EQ(resultsIn(all),
+                  sumAfter(all, ",\"channel\":0,\"results\":") + sumAfter(all, ",\"channel\":1,\"results\":"));
+        EXPECT_EQ(resultsIn(taken) + told, resultsIn(all));
+        EXPECT_EQ(told == 0, waits);
+        const std::string complaint = "' lacks " + std::to_string(told) + " results, since its reader was too slow";
+        EXPECT_EQ(result.err.find(complaint) == std::string::npos, waits) << result.err;
+    }
 }
 
 } // namespace

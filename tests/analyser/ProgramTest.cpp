@@ -1,4 +1,5 @@
 #include <iterator>
+#include <memory>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -25,6 +26,28 @@ TEST(Program, refusesWithOneLineAndStatusTwo) {
     const std::vector<std::string> badName = {"monitor",      "--device",   "bad\nname", "--stream",
                                               "020000000001", "--waveform", "0:480"};
     expectRefusal(support::Program(ANALYSER_PROGRAM, badName).wait(), 2, "'bad name'");
+}
+
+TEST(Program, endsAndSaysSoWhenItCannotWrite) {
+    const std::string endless = ANALYSER_PROGRAM " monitor --device lo --stream 020000000001 --waveform 0:480 ";
+    const std::vector<std::pair<std::string, std::string>> table = {
+        {endless + "--log /dev/full --output /dev/null", "cannot write the log: No space"},
+        {endless + "--output /dev/full", "cannot write the output '/dev/full': No space"},
+        {endless + "--format csv > /dev/full", "cannot write the output: No space"},
+        {endless + "--output /dev/null --also json:/dev/full", "cannot write the output '/dev/full': No space"},
+        {endless + "| true; exit ${PIPESTATUS[0]}", "cannot write the output: Broken pipe"},
+        {ANALYSER_PROGRAM " devices > /dev/full", "cannot write the output: No space"},
+        {SONVEX_TALKER " --help > /dev/full", "cannot write the output: "}};
+    std::vector<std::unique_ptr<support::Program>> programs;
+    for (const auto &[command, expectedPart] : table) {
+        programs.push_back(std::make_unique<support::Program>("bash", std::vector<std::string>{"-c", command}));
+    }
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        SCOPED_TRACE(table[i].first);
+        const auto result = programs[i]->wait();
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_NE(result.err.find(table[i].second), std::string::npos) << result.err;
+    }
 }
 
 TEST(Program, withoutTheRightToCaptureNamesTheRemedy) {
