@@ -24,7 +24,8 @@ std::shared_ptr<const monitoring::Result> makeResult(std::uint64_t sequence) {
 /// What a listener was told, shared with the test.
 struct Heard {
     std::vector<std::uint64_t> results;
-    std::uint64_t leftOut = 0;
+    std::uint64_t messages = 0;
+    monitoring::LeftOut leftOut;
     int statuses = 0;
     bool ended = false;
     std::promise<void> stalled;
@@ -43,9 +44,11 @@ public:
         }
         heard->results.push_back(result.sequence);
     }
+    void message(const monitoring::Message & /*message*/) override { ++heard->messages; }
     void status(const monitoring::Status & /*status*/) override { ++heard->statuses; }
     void leftOut(const monitoring::LeftOut &amount) override {
-        heard->leftOut += amount.results;
+        heard->leftOut.results += amount.results;
+        heard->leftOut.messages += amount.messages;
         EXPECT_EQ(heard->results.size(), 1U) << "said where they are missing";
     }
     void end(const monitoring::Status & /*status*/) override { heard->ended = true; }
@@ -73,6 +76,7 @@ TEST(Delivery, leavesTheOldestOutForASlowListenerAndNothingForAnother) {
         if (sequence == 0) {
             slow->stalled.get_future().wait();
         }
+        slowDelivery->post(std::make_shared<const monitoring::Message>());
         slowDelivery->post(std::make_shared<const monitoring::Status>());
     }
     std::atomic<bool> ran{false};
@@ -84,14 +88,17 @@ TEST(Delivery, leavesTheOldestOutForASlowListenerAndNothingForAnother) {
     EXPECT_EQ(quick->results.back(), amount - 1);
     EXPECT_TRUE(quick->ended);
 
-    const std::uint64_t leftOut = slowDelivery->leftOut().results;
+    const auto leftOut = slowDelivery->leftOut();
     slow->release.set_value();
     slowDelivery->end(std::make_shared<const monitoring::Status>());
     slowDelivery.reset();
     EXPECT_TRUE(slow->ended);
     EXPECT_TRUE(ran);
-    EXPECT_EQ(slow->leftOut, leftOut);
-    EXPECT_EQ(slow->results.size() + leftOut, amount);
+    EXPECT_EQ(slow->leftOut.results, leftOut.results);
+    EXPECT_EQ(slow->leftOut.messages, leftOut.messages);
+    EXPECT_EQ(slow->results.size() + leftOut.results, amount);
+    EXPECT_EQ(slow->messages + leftOut.messages, amount);
+    EXPECT_LE(slow->messages, 20U) << "they have a bound, too";
     EXPECT_GE(slow->results.size(), 10U);
     EXPECT_LE(slow->results.size(), 1 + bound / 8000);
     EXPECT_EQ(slow->results.back(), amount - 1);
@@ -125,8 +132,35 @@ TEST(Delivery, waitsForAListenerThatWantsAllUnlessTheSessionGivesUp) {
         delivery->run([&] { ran = true; }, std::chrono::seconds(20));
         EXPECT_TRUE(ran) << "behind all that was on its way";
         delivery.reset();
-        EXPECT_EQ(heard->results.size() + heard->leftOut, amount);
+        EXPECT_EQ(heard->results.size() + heard->leftOut.results, amount);
     }
+}
+
+TEST(Delivery, endsWithAReasonForAListenerThatThrows) {
+    class Thrower : public monitoring::Listener {
+    public:
+        explicit Thrower(int &calls) : calls(calls) {}
+        void result(const monitoring::Result & /*result*/) override {
+            ++calls;
+            throw std::runtime_error("no room");
+        }
+
+    private:
+        int &calls;
+    };
+    int calls = 0;
+    std::promise<void> failed;
+    std::promise<void> ended;
+    Delivery delivery(std::make_unique<Thrower>(calls),
+                      Delivery::Terms{bound, WhenFull::wait, {}, [&] { failed.set_value(); }});
+    for (std::uint64_t sequence = 0; sequence < 100; ++sequence) {
+        delivery.post(makeResult(sequence)); // none waits for one that hears no more
+    }
+    delivery.end(std::make_shared<const monitoring::Status>(), [&] { ended.set_value(); });
+    ended.get_future().wait();
+    EXPECT_EQ(failed.get_future().wait_for(std::chrono::seconds(0)), std::future_status::ready);
+    EXPECT_EQ(delivery.failure(), "no room");
+    EXPECT_EQ(calls, 1);
 }
 
 /// Wants to be woken again and again, also while much comes.
