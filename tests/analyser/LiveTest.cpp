@@ -96,8 +96,9 @@ TEST(Monitor, knowsWhatIsLostAndRefusedWithAllLoggingOff) {
     const auto result = analyser.wait();
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     const QJsonObject stream = values(lastObject(result.out), "streams").at(0).toObject();
-    EXPECT_EQ(stream.value(QLatin1String("framesLost")).toInt(), 3) << result.out;
-    EXPECT_EQ(stream.value(QLatin1String("gaps")).toInt(), 2);
+    // A busy machine may lose frames of its own.
+    EXPECT_GE(stream.value(QLatin1String("framesLost")).toInt(), 3) << result.out;
+    EXPECT_GE(stream.value(QLatin1String("gaps")).toInt(), 2);
     EXPECT_EQ(stream.value(QLatin1String("framesRefused")).toObject().value(QLatin1String("dataLength")).toInt(), 2);
     EXPECT_NE(result.err.find("lack samples: its frames are refused"), std::string::npos) << result.err;
 }
@@ -133,8 +134,8 @@ TEST(Monitor, tellsInPlainLinesHowEachAnalysisFares) {
     EXPECT_TRUE(says("silent  [^$]*running  [^$]*silent"));
     analyser.signal(SIGINT);
     const auto result = analyser.wait();
-    EXPECT_TRUE(says("^summary: \\d+\\.\\d{3} s, \\d messages, packets missed: \\d, frames refused for the channel "
-                     "amount: 0, for the data length: 0, as incomplete: 0, dropped by this machine: 0\n"
+    EXPECT_TRUE(says("^summary: \\d+\\.\\d{3} s, \\d messages, packets missed: \\d+, frames refused for the channel "
+                     "amount: 0, for the data length: 0, as incomplete: 0, dropped by this machine: \\d+\n"
                      "waveform_020000000001_ch0: \\d{3} results\nspectrum_020000000001_ch0: \\d{3} results\n"));
     const QRegularExpression complaints(QStringLiteral(
         "no frame of this stream has arrived[^$]*results arrive from[^$]*no more frames arrive[^$]*results arrive"));
@@ -251,12 +252,15 @@ TEST(Monitor, letsAStalledReaderHarmNobodyAndWaitsForItOnDemand) {
     struct Case {
         std::string format;
         bool waits;
+        bool reads; // in the end
     };
-    for (const auto &[format, waits] : {Case{"json", false}, {"csv", false}, {"json", true}}) {
+    for (const auto &[format, waits, reads] :
+         {Case{"json", false, true}, {"csv", false, true}, {"json", true, true}, {"csv", true, false}}) {
         SCOPED_TRACE(format + (waits ? ", waited for" : ""));
         const QTemporaryDir folder;
         const std::string pipe = folder.filePath(QStringLiteral("pipe")).toStdString();
         const std::string file = folder.filePath(QStringLiteral("file")).toStdString();
+        const std::string errors = folder.filePath(QStringLiteral("errors")).toStdString();
         ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
         std::promise<void> goesOn;
         auto reader = std::async(std::launch::async, [&] {
@@ -266,37 +270,27 @@ TEST(Monitor, letsAStalledReaderHarmNobodyAndWaitsForItOnDemand) {
             text << output.rdbuf();
             return text.str();
         });
-        support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001"});
-        std::vector<std::string> arguments = {
-            "monitor",       "--device", "lo", "--stream", "020000000001", "--waveform",
-            "0:24000",       "--levels", "1",  "--format", format,         "--clock",
-            "external:2400", "--output", pipe, "--also",   "json:" + file};
-        arguments.insert(arguments.end(), waits ? 1 : 0, "--wait");
-        support::Program analyser(ANALYSER_PROGRAM, arguments);
-        const auto settles = [&] { // a second brings nothing new
-            qint64 before = 0;
-            QDeadlineTimer quiet(1000);
-            return support::waitFor([&] {
-                QThread::msleep(20);
-                if (const qint64 now = QFile(QString::fromStdString(file)).size(); now < 1'000'000 || now != before) {
-                    before = now;
-                    quiet.setRemainingTime(1000);
-                }
-                return quiet.hasExpired();
-            });
-        };
-        const auto hasMore = [&] { // than there is room for
-            QThread::msleep(20);
-            return contents(file).find("\"channel\":0,\"sequence\":60,") != std::string::npos;
-        };
-        EXPECT_TRUE(support::waitFor(hasMore));
+        support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001", "--signal", "silence"});
+        const std::string command = ANALYSER_PROGRAM " monitor --device lo --stream 020000000001 --waveform 0:24000 "
+                                                     "--levels 1 --clock external:2400 --format ";
+        support::Program analyser("bash", {"-c", "exec " + command + format + " --output " + pipe + " --also json:" +
+                                                     file + (waits ? " --wait" : "") + " 2> " + errors});
+        constexpr qint64 more = 12'000'000; // than there is room for without waiting: 60 waveforms
+        EXPECT_TRUE(support::waitFor([&] { return QFile(QString::fromStdString(file)).size() > more; }));
+        const auto says = [&](const std::string &text) { return contents(errors).find(text) != std::string::npos; };
+        if (!reads) {
+            analyser.signal(SIGINT);
+            EXPECT_EQ(analyser.wait().exitStatus, 1);
+            EXPECT_TRUE(says("cannot write the output '" + pipe + "': its reader takes no more"));
+            goesOn.set_value();
+            continue;
+        }
         goesOn.set_value();
         talker.signal(SIGINT);
         talker.wait();
-        EXPECT_TRUE(!waits || settles());
+        EXPECT_TRUE(!waits || support::waitFor([&] { return says("no more frames arrive"); }));
         analyser.signal(SIGINT);
-        const auto result = analyser.wait();
-        EXPECT_EQ(result.exitStatus, 0) << result.err;
+        EXPECT_EQ(analyser.wait().exitStatus, 0) << contents(errors);
 
         const std::string taken = reader.get();
         const std::string all = contents(file);
@@ -305,8 +299,7 @@ TEST(Monitor, letsAStalledReaderHarmNobodyAndWaitsForItOnDemand) {
                   sumAfter(all, ",\"channel\":0,\"results\":") + sumAfter(all, ",\"channel\":1,\"results\":"));
         EXPECT_EQ(resultsIn(taken) + told, resultsIn(all));
         EXPECT_EQ(told == 0, waits);
-        const std::string complaint = "' lacks " + std::to_string(told) + " results, since its reader was too slow";
-        EXPECT_EQ(result.err.find(complaint) == std::string::npos, waits) << result.err;
+        EXPECT_NE(says("' lacks " + std::to_string(told) + " results, since its reader was too slow"), waits);
     }
 }
 

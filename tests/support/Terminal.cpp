@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utmp.h>
@@ -19,6 +20,7 @@ namespace support {
 namespace {
 
 [[noreturn]] void runInForeground(char *const *command) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     setpgid(0, 0);
     std::signal(SIGTTOU, SIG_IGN);
     tcsetpgrp(STDIN_FILENO, getpid());
@@ -31,6 +33,7 @@ namespace {
 
 /// Tells the process of the program, and then each change of it.
 [[noreturn]] void lead(int slave, int statuses, char *const *command) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // also if the test is killed
     login_tty(slave);
     const pid_t program = fork();
     if (program == 0) {
