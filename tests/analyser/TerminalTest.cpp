@@ -36,6 +36,12 @@ Arguments monitor(const Arguments &more = {}, const std::string &amount = "480")
     return arguments;
 }
 
+/// How many characters of UTF-8 stand before the sequence that ends the line.
+std::ptrdiff_t charactersOf(const std::string &line) {
+    return std::count_if(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(line.find('\x1b')),
+                         [](char part) { return (static_cast<unsigned char>(part) & 0xc0U) != 0x80U; });
+}
+
 std::size_t last(const Terminal &terminal, const char *part) {
     const auto position = terminal.shown().rfind(part);
     return position == std::string::npos ? 0 : position + 1;
@@ -134,9 +140,10 @@ TEST(LiveView, showsAToneAndTheNewsInAWindowOfAnySizeAndGivesTheTerminalBackWhil
         const auto lines = picture(terminal);
         for (const char sign : {'+', '-'}) { // the scale is 1 until a picture was drawn before the tone came
             EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
-                                    [sign](const std::string &line) {
-                                        return line.rfind(sign + std::string("1.0000 "), 0) == 0 ||
-                                               line.rfind(sign + std::string("0.5000 "), 0) == 0;
+                                    [sign, width = size.columns - 1U](const std::string &line) {
+                                        return (line.rfind(sign + std::string("1.0000 "), 0) == 0 ||
+                                                line.rfind(sign + std::string("0.5000 "), 0) == 0) &&
+                                               charactersOf(line) == width;
                                     }),
                       1);
         }
