@@ -8,7 +8,7 @@ namespace common {
 
 using MacAddress = std::array<std::uint8_t, 6>;
 
-/// Reads six pairs of hexadecimal digits in either case, with ':' or '-' between all of them or with nothing.
+/// Reads six pairs of hexadecimal digits in either case, with ':' or '-' between any two or none.
 /// @param what names the address in the refusal of anything else
 MacAddress parseMacAddress(const std::string &text, const std::string &what);
 

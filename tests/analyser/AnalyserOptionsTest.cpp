@@ -115,7 +115,7 @@ TEST(AnalyserOptions, refuseEachFaultByItsName) {
         {waveform + "--also live:file", "'live'"},
         {waveform + "--also csv:", "csv:FILE"},
         {waveform + "--stream 02000000000", "'02000000000'"},
-        {waveform + "--stream 02:00-00:00:00:01", "MAC"},
+        {waveform + "--stream 02:00:00:00:0:001", "MAC"},
         {waveform + "--stream :0200000000010000", "MAC"},
         {waveform + "--stream 020000000002,channels=0", "'0'"},
         {waveform + "--stream 020000000002,channels=2,channels=2", "twice"},
