@@ -5,6 +5,7 @@
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
 #include "kernels/PowerSpectrum.h"
+#include "kernels/SampleBlocks.h"
 #include "kernels/SoundLevel.h"
 
 /**
@@ -53,4 +54,13 @@
     X(IppStatus, sonvexMoveAverage_64f,                                                                                \
       (const Ipp64f *pNewest, Ipp64f *pOldest, Ipp64f *pAverage, Ipp64f amount, int len),                              \
       (pNewest, pOldest, pAverage, amount, len))                                                                       \
+    X(IppStatus, sonvexDeinterleave_16s32f, (const Ipp8u *pSrc, int channels, int len, Ipp32f *pDst, int dstStep),     \
+      (pSrc, channels, len, pDst, dstStep))                                                                            \
+    X(IppStatus, sonvexDeinterleave_24s32f, (const Ipp8u *pSrc, int channels, int len, Ipp32f *pDst, int dstStep),     \
+      (pSrc, channels, len, pDst, dstStep))                                                                            \
+    X(IppStatus, sonvexDeinterleave_32s32f, (const Ipp8u *pSrc, int channels, int len, Ipp32f *pDst, int dstStep),     \
+      (pSrc, channels, len, pDst, dstStep))                                                                            \
+    X(IppStatus, sonvexDeinterleave_32f,                                                                               \
+      (const Ipp8u *pSrc, int channels, int len, Ipp32f *pDst, int dstStep, int *pReplaced),                           \
+      (pSrc, channels, len, pDst, dstStep, pReplaced))                                                                 \
     X(int, sonvexKernelLevel, (), ())

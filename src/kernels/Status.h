@@ -15,6 +15,7 @@ enum {
     ippStsIIROrderErr = -25,
     ippStsFftFlagErr = -18,
     ippStsFftOrderErr = -17,
+    ippStsStepErr = -16,
     ippStsContextMatchErr = -13,
     ippStsDivByZeroErr = -10,
     ippStsMemAllocErr = -9,

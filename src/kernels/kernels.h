@@ -9,5 +9,6 @@
 #include "kernels/FilterAndVector.h"
 #include "kernels/FourierTransform.h"
 #include "kernels/PowerSpectrum.h"
+#include "kernels/SampleBlocks.h"
 #include "kernels/SoundLevel.h"
 #include "kernels/Status.h"

@@ -14,8 +14,6 @@
 namespace kernels::KERNEL_LEVEL {
 namespace {
 
-using Quads = float __attribute__((vector_size(16)));
-
 template <class V>
 struct Lanes;
 
@@ -55,16 +53,7 @@ struct Lanes<Quads> {
         put(to + 4, __builtin_shufflevector(a.re, a.im, 1, 5, 0, 4));
     }
 
-    SONVEX_INLINE void transpose(Quads *a) {
-        const Quads front01 = __builtin_shufflevector(a[0], a[1], 0, 4, 1, 5);
-        const Quads back01 = __builtin_shufflevector(a[0], a[1], 2, 6, 3, 7);
-        const Quads front23 = __builtin_shufflevector(a[2], a[3], 0, 4, 1, 5);
-        const Quads back23 = __builtin_shufflevector(a[2], a[3], 2, 6, 3, 7);
-        a[0] = __builtin_shufflevector(front01, front23, 0, 1, 4, 5);
-        a[1] = __builtin_shufflevector(front01, front23, 2, 3, 6, 7);
-        a[2] = __builtin_shufflevector(back01, back23, 0, 1, 4, 5);
-        a[3] = __builtin_shufflevector(back01, back23, 2, 3, 6, 7);
-    }
+    SONVEX_INLINE void transpose(Quads *a) { transposeFours(a[0], a[1], a[2], a[3]); }
 };
 
 #if SONVEX_VECTOR_BYTES == 32
@@ -105,25 +94,13 @@ struct Lanes<Floats> {
     }
 
     SONVEX_INLINE void transpose(Floats *a) {
-        transposeHalves(a[0], a[1], a[2], a[3]);
-        transposeHalves(a[4], a[5], a[6], a[7]);
+        transposeFours(a[0], a[1], a[2], a[3]);
+        transposeFours(a[4], a[5], a[6], a[7]);
         for (int row = 0; row < 4; ++row) {
             const Floats low = __builtin_shufflevector(a[row], a[row + 4], 0, 1, 2, 3, 8, 9, 10, 11);
             a[row + 4] = __builtin_shufflevector(a[row], a[row + 4], 4, 5, 6, 7, 12, 13, 14, 15);
             a[row] = low;
         }
-    }
-
-private:
-    SONVEX_INLINE void transposeHalves(Floats &a, Floats &b, Floats &c, Floats &d) {
-        const Floats frontAB = __builtin_shufflevector(a, b, 0, 8, 1, 9, 4, 12, 5, 13);
-        const Floats backAB = __builtin_shufflevector(a, b, 2, 10, 3, 11, 6, 14, 7, 15);
-        const Floats frontCD = __builtin_shufflevector(c, d, 0, 8, 1, 9, 4, 12, 5, 13);
-        const Floats backCD = __builtin_shufflevector(c, d, 2, 10, 3, 11, 6, 14, 7, 15);
-        a = __builtin_shufflevector(frontAB, frontCD, 0, 1, 8, 9, 4, 5, 12, 13);
-        b = __builtin_shufflevector(frontAB, frontCD, 2, 3, 10, 11, 6, 7, 14, 15);
-        c = __builtin_shufflevector(backAB, backCD, 0, 1, 8, 9, 4, 5, 12, 13);
-        d = __builtin_shufflevector(backAB, backCD, 2, 3, 10, 11, 6, 7, 14, 15);
     }
 };
 

@@ -20,6 +20,7 @@ constexpr int doubleLanes = SONVEX_VECTOR_BYTES / 8;
 
 using Floats = float __attribute__((vector_size(SONVEX_VECTOR_BYTES)));
 using Doubles = double __attribute__((vector_size(SONVEX_VECTOR_BYTES)));
+using Quads = float __attribute__((vector_size(16))); ///< of every level, the Floats of some
 
 SONVEX_INLINE Floats load(const float *from) {
     Floats value;
@@ -72,7 +73,31 @@ SONVEX_INLINE Doubles broadcast(double value) {
     return value - Doubles{};
 }
 
+/// Exchanges rows and lanes of 4 vectors.
+SONVEX_INLINE void transposeFours(Quads &a, Quads &b, Quads &c, Quads &d) {
+    const Quads frontAB = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+    const Quads backAB = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+    const Quads frontCD = __builtin_shufflevector(c, d, 0, 4, 1, 5);
+    const Quads backCD = __builtin_shufflevector(c, d, 2, 6, 3, 7);
+    a = __builtin_shufflevector(frontAB, frontCD, 0, 1, 4, 5);
+    b = __builtin_shufflevector(frontAB, frontCD, 2, 3, 6, 7);
+    c = __builtin_shufflevector(backAB, backCD, 0, 1, 4, 5);
+    d = __builtin_shufflevector(backAB, backCD, 2, 3, 6, 7);
+}
+
 #if SONVEX_VECTOR_BYTES == 32
+
+/// As with Quads, in each half of its own.
+SONVEX_INLINE void transposeFours(Floats &a, Floats &b, Floats &c, Floats &d) {
+    const Floats frontAB = __builtin_shufflevector(a, b, 0, 8, 1, 9, 4, 12, 5, 13);
+    const Floats backAB = __builtin_shufflevector(a, b, 2, 10, 3, 11, 6, 14, 7, 15);
+    const Floats frontCD = __builtin_shufflevector(c, d, 0, 8, 1, 9, 4, 12, 5, 13);
+    const Floats backCD = __builtin_shufflevector(c, d, 2, 10, 3, 11, 6, 14, 7, 15);
+    a = __builtin_shufflevector(frontAB, frontCD, 0, 1, 8, 9, 4, 5, 12, 13);
+    b = __builtin_shufflevector(frontAB, frontCD, 2, 3, 10, 11, 6, 7, 14, 15);
+    c = __builtin_shufflevector(backAB, backCD, 0, 1, 8, 9, 4, 5, 12, 13);
+    d = __builtin_shufflevector(backAB, backCD, 2, 3, 10, 11, 6, 7, 14, 15);
+}
 
 SONVEX_INLINE Floats reverse(Floats a) {
     return __builtin_shufflevector(a, a, 7, 6, 5, 4, 3, 2, 1, 0);
