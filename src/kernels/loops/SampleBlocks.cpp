@@ -1,5 +1,6 @@
 // The samples of an audio frame taken apart, in blocks of 4 positions by 4 or 8 channels that are transposed in
-// registers. Where a frame is no multiple of a block, the last one begins earlier and writes some samples twice.
+// registers. Where a frame is no multiple of a block, the last one begins earlier and writes some samples twice: that
+// takes less time than a way of its own for what is left.
 #include <limits.h>
 #include <stddef.h>
 
@@ -10,6 +11,11 @@ namespace kernels::KERNEL_LEVEL {
 namespace {
 
 constexpr ptrdiff_t blockLength = 4; // positions
+
+/// Where a block has to begin that would reach beyond the end from here.
+SONVEX_INLINE ptrdiff_t within(ptrdiff_t begin, ptrdiff_t length, ptrdiff_t end) {
+    return begin < end - length ? begin : end - length;
+}
 
 /// The planes that the samples go to.
 struct Planes {
@@ -43,36 +49,51 @@ SONVEX_INLINE void put(Quads values, float *to) {
     __builtin_memcpy(to, &values, sizeof values);
 }
 
-/// 4 positions of 4 channels, one of them in each vector.
-SONVEX_INLINE void put(Quads a, Quads b, Quads c, Quads d, const Planes &planes, ptrdiff_t channel,
-                       ptrdiff_t position) {
-    float *const to = planes.at(channel, position);
+/// 4 values for each of 4 planes, from the first one's address on.
+SONVEX_INLINE void put(Quads a, Quads b, Quads c, Quads d, float *to, ptrdiff_t step) {
     put(a, to);
-    put(b, to + planes.step);
-    put(c, to + 2 * planes.step);
-    put(d, to + 3 * planes.step);
+    put(b, to + step);
+    put(c, to + 2 * step);
+    put(d, to + 3 * step);
 }
 
 #ifdef __AVX2__
-/// 4 positions of 8 channels, the last 4 of them in the upper halves.
-SONVEX_INLINE void put(Floats a, Floats b, Floats c, Floats d, const Planes &planes, ptrdiff_t channel,
-                       ptrdiff_t position) {
-    put(_mm256_castps256_ps128(a), _mm256_castps256_ps128(b), _mm256_castps256_ps128(c), _mm256_castps256_ps128(d),
-        planes, channel, position);
+/// As with Quads, and the upper halves to the 4 planes behind these.
+SONVEX_INLINE void put(Floats a, Floats b, Floats c, Floats d, float *to, ptrdiff_t step) {
+    put(_mm256_castps256_ps128(a), _mm256_castps256_ps128(b), _mm256_castps256_ps128(c), _mm256_castps256_ps128(d), to,
+        step);
     put(_mm256_extractf128_ps(a, 1), _mm256_extractf128_ps(b, 1), _mm256_extractf128_ps(c, 1),
-        _mm256_extractf128_ps(d, 1), planes, channel + 4, position);
+        _mm256_extractf128_ps(d, 1), to + 4 * step, step);
 }
 #endif
+
+/// Converts one block, with as many channels as there are codes in a vector.
+/// @param row bytes from one position to the next
+template <int bytes, class Codes, class Conversion>
+SONVEX_INLINE void convertBlock(const Ipp8u *from, ptrdiff_t row, float *to, ptrdiff_t step, Conversion &conversion) {
+    Codes codes[blockLength];
+    Samples<bytes>::get(from, codes[0]);
+    Samples<bytes>::get(from + row, codes[1]);
+    Samples<bytes>::get(from + 2 * row, codes[2]);
+    Samples<bytes>::get(from + 3 * row, codes[3]);
+    auto a = conversion.convert(codes[0]);
+    auto b = conversion.convert(codes[1]);
+    auto c = conversion.convert(codes[2]);
+    auto d = conversion.convert(codes[3]);
+    transposeFours(a, b, c, d);
+    put(a, b, c, d, to, step);
+}
 
 // Each of the following tells whether samples have been replaced.
 
 template <template <class> class Conversion, int bytes>
-bool oneByOne(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, const Planes &planes) {
+bool oneByOne(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, Planes planes) {
     Conversion<uint32_t> conversion;
     for (ptrdiff_t position = 0; position < len; ++position) {
         for (ptrdiff_t channel = 0; channel < channels; ++channel) {
             uint32_t code = 0;
             Samples<bytes>::get(src, code);
+            asm("" : "+r"(code)); // vectors of the compiler's own would take longer to set up than these few samples
             *planes.at(channel, position) = conversion.convert(code);
             src += bytes;
         }
@@ -81,10 +102,10 @@ bool oneByOne(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, const Planes 
 }
 
 template <template <class> class Conversion, int bytes>
-bool oneChannel(const Ipp8u *src, ptrdiff_t len, const Planes &planes) {
+bool oneChannel(const Ipp8u *src, ptrdiff_t len, Planes planes) {
     Conversion<Codes4> conversion;
     for (ptrdiff_t begin = 0; begin < len; begin += blockLength) {
-        const ptrdiff_t position = begin < len - blockLength ? begin : len - blockLength;
+        const ptrdiff_t position = within(begin, blockLength, len);
         Codes4 codes;
         Samples<bytes>::get(src + position * bytes, codes);
         put(conversion.convert(codes), planes.at(0, position));
@@ -93,10 +114,10 @@ bool oneChannel(const Ipp8u *src, ptrdiff_t len, const Planes &planes) {
 }
 
 template <template <class> class Conversion, int bytes>
-bool twoChannels(const Ipp8u *src, ptrdiff_t len, const Planes &planes) {
+bool twoChannels(const Ipp8u *src, ptrdiff_t len, Planes planes) {
     Conversion<Codes4> conversion;
     for (ptrdiff_t begin = 0; begin < len; begin += blockLength) {
-        const ptrdiff_t position = begin < len - blockLength ? begin : len - blockLength;
+        const ptrdiff_t position = within(begin, blockLength, len);
         const Ipp8u *const from = src + 2 * position * bytes;
         Codes4 front;
         Codes4 back;
@@ -111,31 +132,24 @@ bool twoChannels(const Ipp8u *src, ptrdiff_t len, const Planes &planes) {
 }
 
 template <template <class> class Conversion, int bytes, class Codes>
-bool inBlocks(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, const Planes &planes) {
+bool inBlocks(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, Planes planes) {
     constexpr ptrdiff_t width = sizeof(Codes) / sizeof(uint32_t);
+    const ptrdiff_t row = channels * bytes;
     Conversion<Codes> conversion;
-    for (ptrdiff_t begin = 0; begin < len; begin += blockLength) {
-        const ptrdiff_t position = begin < len - blockLength ? begin : len - blockLength;
-        for (ptrdiff_t first = 0; first < channels; first += width) {
-            const ptrdiff_t channel = first < channels - width ? first : channels - width;
-            const Ipp8u *const from = src + (position * channels + channel) * bytes;
-            Codes codes[blockLength];
-            for (ptrdiff_t row = 0; row < blockLength; ++row) {
-                Samples<bytes>::get(from + row * channels * bytes, codes[row]);
-            }
-            auto a = conversion.convert(codes[0]);
-            auto b = conversion.convert(codes[1]);
-            auto c = conversion.convert(codes[2]);
-            auto d = conversion.convert(codes[3]);
-            transposeFours(a, b, c, d);
-            put(a, b, c, d, planes, channel, position);
+    for (ptrdiff_t first = 0; first < channels; first += width) {
+        const ptrdiff_t channel = within(first, width, channels);
+        const Ipp8u *const from = src + channel * bytes;
+        float *const to = planes.at(channel, 0);
+        for (ptrdiff_t begin = 0; begin < len; begin += blockLength) {
+            const ptrdiff_t position = within(begin, blockLength, len);
+            convertBlock<bytes, Codes>(from + position * row, row, to + position, planes.step, conversion);
         }
     }
     return conversion.hasReplaced();
 }
 
 template <template <class> class Conversion, int bytes>
-SONVEX_INLINE bool deinterleave(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, const Planes &planes) {
+SONVEX_INLINE bool deinterleave(const Ipp8u *src, ptrdiff_t channels, ptrdiff_t len, Planes planes) {
     if (len < blockLength || channels == 3) {
         return oneByOne<Conversion, bytes>(src, channels, len, planes);
     }
