@@ -1,6 +1,7 @@
 #include "analyser/AnalyserOptions.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -33,6 +34,7 @@ constexpr char generalHelp[] =
     "\n"
     "Commands:\n"
     "  devices  Lists the network adapters.\n"
+    "  streams  Listens at an adapter and lists the streams there, each with the option that monitors it.\n"
     "  monitor  Shows waveforms, power spectra and sound levels of live channels.\n"
     "\n"
     "Options:\n"
@@ -74,7 +76,7 @@ StreamSettings parseStream(const std::string &text) {
     return stream;
 }
 
-std::vector<StreamSettings> parseStreams(const std::vector<std::string> &values) {
+std::vector<StreamSettings> parseStreamSettings(const std::vector<std::string> &values) {
     std::vector<StreamSettings> streams;
     for (const std::string &value : values) {
         const StreamSettings stream = parseStream(value);
@@ -140,6 +142,33 @@ Command parseDevices(const QStringList &arguments) {
         return ShownText{line.helpText()};
     }
     DevicesOptions options;
+    options.format = parseFormat("--format", line.single("format").value_or("text"),
+                                 {{"text", Format::text}, {"json", Format::json}});
+    options.log = logOptions(line);
+    return options;
+}
+
+Command parseStreams(const QStringList &arguments) {
+    constexpr double longest = 3600;
+    common::CommandLine line(
+        "Listens at an adapter for every AVTP stream, and for the streams that talkers announce to the network. Of "
+        "each it tells what its frames say and how they come, and how to monitor it. It sends nothing.");
+    addCommonOptions(line, "streams");
+    line.addOption("device", "The network adapter, as the command devices names it.", "name");
+    line.addOption("seconds", "Listens for so many seconds (3); Ctrl-C lists what was heard until then.", "seconds");
+    line.addOption("format", "text (the default) or json: one document, in SI units.", "format");
+    line.parse(arguments);
+    if (line.has("help")) {
+        return ShownText{line.helpText()};
+    }
+    StreamsOptions options;
+    options.device = line.single("device").value_or("");
+    if (options.device.empty()) {
+        refuse("streams needs a --device NAME (the command devices lists them)");
+    }
+    const double seconds =
+        common::parseNumber<double>(line.single("seconds").value_or("3"), "--seconds", 0.001, longest);
+    options.duration = std::chrono::milliseconds(std::lround(seconds * 1000.0));
     options.format = parseFormat("--format", line.single("format").value_or("text"),
                                  {{"text", Format::text}, {"json", Format::json}});
     options.log = logOptions(line);
@@ -242,7 +271,7 @@ Command parseMonitor(const QStringList &arguments) {
     if (session.device.empty()) {
         refuse("monitor needs a --device NAME (the command devices lists them)");
     }
-    session.streams = parseStreams(line.all("stream"));
+    session.streams = parseStreamSettings(line.all("stream"));
     if (const auto clock = line.single("clock")) {
         session.clock = parseClock(*clock);
     }
@@ -274,6 +303,9 @@ Command parseCommandLine(const QStringList &arguments) {
     if (command == "devices") {
         return parseDevices(arguments);
     }
+    if (command == "streams") {
+        return parseStreams(arguments);
+    }
     if (command == "monitor") {
         return parseMonitor(arguments);
     }
@@ -284,7 +316,7 @@ Command parseCommandLine(const QStringList &arguments) {
         return ShownText{"sonvex-analyser " + qo::sonvexLib::getVersion() + '\n'};
     }
     refuse((command.empty() ? "a command is missing" : "'" + command + "' is no command") +
-           ": devices or monitor come first (--help says more)");
+           ": devices, streams or monitor come first (--help says more)");
 }
 
 } // namespace analyser

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <variant>
@@ -42,12 +43,19 @@ struct DevicesOptions {
     LogOptions log;
 };
 
+struct StreamsOptions {
+    std::string device;
+    std::chrono::milliseconds duration{};
+    Format format = Format::text;
+    LogOptions log;
+};
+
 /// What --help or --version prints.
 struct ShownText {
     std::string text;
 };
 
-using Command = std::variant<ShownText, DevicesOptions, MonitorOptions>;
+using Command = std::variant<ShownText, DevicesOptions, StreamsOptions, MonitorOptions>;
 
 /// @param arguments with the program's name first
 /// @throws common::Refusal for a command line that can't be followed

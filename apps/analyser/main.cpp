@@ -3,6 +3,7 @@
 #include "analyser/DeviceList.h"
 #include "analyser/LibraryLog.h"
 #include "analyser/Monitor.h"
+#include "analyser/StreamList.h"
 #include "analyser/output/Output.h"
 #include "common/Refusal.h"
 #include "common/fillStandardDescriptors.h"
@@ -23,6 +24,11 @@ int execute(const analyser::Command &command) {
     if (const auto *monitor = std::get_if<analyser::MonitorOptions>(&command)) {
         analyser::LibraryLog::shared().configure(monitor->log);
         return analyser::Monitor(*monitor).run();
+    }
+    if (const auto *streams = std::get_if<analyser::StreamsOptions>(&command)) {
+        analyser::LibraryLog::shared().configure(streams->log);
+        analyser::listStreams(*streams);
+        return 0;
     }
     analyser::Output output("");
     if (const auto *devices = std::get_if<analyser::DevicesOptions>(&command)) {
