@@ -8,6 +8,7 @@
 #include <QtGlobal>
 
 #include "core/configuration/DeviceConfiguration.h"
+#include "framesTaken.h"
 
 namespace fuzz {
 
@@ -75,7 +76,7 @@ void CheckedReceiver::addStream(std::size_t number) {
     }
 }
 
-unsigned long long CheckedReceiver::framesWithSamples() {
+unsigned long long framesTaken() {
     return count.taken;
 }
 

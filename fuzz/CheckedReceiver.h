@@ -17,9 +17,6 @@ class CheckedReceiver {
 public:
     CheckedReceiver() : receiver(subtype, nullptr) {}
 
-    /// Of all receivers so far.
-    static unsigned long long framesWithSamples();
-
     void addStream(std::size_t number);
     bool hasStream(std::size_t number) const { return models[number] != nullptr; }
     /// What is in order for the next frame of a stream, unless that is its first.

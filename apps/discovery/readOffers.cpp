@@ -103,7 +103,8 @@ bool readOffers(Bytes payload, const std::function<void(const Announcement &)> &
         }
         rest = rest.from(messageHeader + listSize);
     }
-    return rest.size() >= 2 ? rest.word(0) == 0 : rest.size() == 0;
+    // A sender may leave the end mark out.
+    return payload.size() > 0 && (rest.size() == 0 || (rest.size() >= 2 && rest.word(0) == 0));
 }
 
 } // namespace discovery

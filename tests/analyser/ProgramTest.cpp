@@ -21,6 +21,8 @@ TEST(Program, refusesWithOneLineAndStatusTwo) {
     expectRefusal(run(""), 2, "command");
     expectRefusal(run(good + "--unheard-of"), 2, "unheard-of");
     expectRefusal(run("monitor --device nowhere0 --stream 020000000001 --waveform 0:480"), 2, "known are: ");
+    expectRefusal(run("streams --device nowhere0"), 2, "known are: ");
+    expectRefusal(run("streams --device any"), 1, "no Ethernet frames");
     expectRefusal(run(good + "--output /nowhere/at/all"), 2, "/nowhere/at/all");
     expectRefusal(run(good + "--log /nowhere/at/all"), 2, "/nowhere/at/all");
     const std::vector<std::string> badName = {"monitor",      "--device",   "bad\nname", "--stream",
@@ -37,6 +39,7 @@ TEST(Program, endsAndSaysSoWhenItCannotWrite) {
         {endless + "--output /dev/null --also json:/dev/full", "cannot write the output '/dev/full': No space"},
         {endless + "| true; exit ${PIPESTATUS[0]}", "cannot write the output: Broken pipe"},
         {ANALYSER_PROGRAM " devices > /dev/full", "cannot write the output: No space"},
+        {ANALYSER_PROGRAM " streams --device lo --seconds 0.1 > /dev/full", "cannot write the output: No space"},
         {SONVEX_TALKER " --help > /dev/full", "cannot write the output: "}};
     std::vector<std::unique_ptr<support::Program>> programs;
     for (const auto &[command, expectedPart] : table) {
@@ -51,9 +54,10 @@ TEST(Program, endsAndSaysSoWhenItCannotWrite) {
 }
 
 TEST(Program, withoutTheRightToCaptureNamesTheRemedy) {
-    support::Program analyser("setpriv", {"--bounding-set=-net_raw", ANALYSER_PROGRAM, "monitor", "--device", "lo",
-                                          "--stream", "020000000001", "--waveform", "0:480"});
-    expectRefusal(analyser.wait(), 1, "'sudo setpriv ");
+    for (const std::string &command : {good, std::string("streams --device lo")}) {
+        const std::string unable = "setpriv --bounding-set=-net_raw " ANALYSER_PROGRAM " " + command;
+        expectRefusal(support::Program("bash", {"-c", unable}).wait(), 1, "'sudo setpriv ");
+    }
 }
 
 TEST(Program, listsTheAdaptersWithoutAWordOfTheLibrarysLog) {
