@@ -4,12 +4,10 @@
 #include <set>
 #include <sstream>
 
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
-#include <pcap/pcap.h>
 
 #include "discovery/Survey.h"
-#include "support/Program.h"
+#include "support/Dissector.h"
 #include "support/wireFrames.h"
 
 namespace {
@@ -46,27 +44,14 @@ const Frame many =
                         Talker{0x0300000000010000, 0x91e0f0000100, 1, {join}, 8, 1}.message()});
 
 TEST(Offers, areReadAsTheDissectorReadsThem) {
-    const QTemporaryDir folder;
-    const std::string path = folder.filePath(QStringLiteral("frames.pcap")).toStdString();
-    pcap_t *handle = pcap_open_dead(DLT_EN10MB, 65535);
-    pcap_dumper_t *dumper = pcap_dump_open(handle, path.c_str());
-    ASSERT_NE(dumper, nullptr) << pcap_geterr(handle);
-    const Frame frame = wire::ethernet(0x020000000001, 0x22ea, many);
-    const pcap_pkthdr header = {{}, static_cast<bpf_u_int32>(frame.size()), static_cast<bpf_u_int32>(frame.size())};
-    pcap_dump(reinterpret_cast<u_char *>(dumper), &header, frame.data());
-    pcap_dump_close(dumper);
-    pcap_close(handle);
-    std::vector<std::string> arguments = {"-r", path, "-T", "fields", "-E", "separator=/s"};
-    for (const char *field :
-         {"attribute_type", "leave_all_event", "number_of_values", "stream_id", "stream_da", "vlan_id", "priority",
-          "tspec_max_frame_size", "tspec_max_interval_frames", "failure_code", "three_packed_event"}) {
-        arguments.insert(arguments.end(), {"-e", std::string("mrp-msrp.") + field});
-    }
-    const support::Program::Result dissected = support::Program("tshark", arguments).wait();
-    EXPECT_EQ(dissected.exitStatus, 0) << dissected.err;
-    EXPECT_EQ(dissected.out, "3,1,2 0,0,1 1,7,1 0x0200000000010000,0x020000000001fffe,0x0300000000010000 "
-                             "91:e0:f0:00:fe:fe,91:e0:f0:00:01:00 0x0002,0x0002 3,3 224,224 1,1 8 "
-                             "1,0,1,3,2,4,5,1,1\n");
+    const std::string type = "mrp-msrp.";
+    EXPECT_EQ(
+        support::Dissector({wire::ethernet(0x020000000001, 0x22ea, many)})
+            .fields({type + "attribute_type", type + "leave_all_event", type + "number_of_values", type + "stream_id",
+                     type + "stream_da", type + "vlan_id", type + "priority", type + "tspec_max_frame_size",
+                     type + "tspec_max_interval_frames", type + "failure_code", type + "three_packed_event"}),
+        "3,1,2 0,0,1 1,7,1 0x0200000000010000,0x020000000001fffe,0x0300000000010000 "
+        "91:e0:f0:00:fe:fe,91:e0:f0:00:01:00 0x0002,0x0002 3,3 224,224 1,1 8 1,0,1,3,2,4,5,1,1\n");
     Survey survey;
     add(survey, many);
     // The count of the streams goes round, the address of the talker stays; destinations carry over.

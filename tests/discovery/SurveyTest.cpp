@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "common/Text.h"
+#include "support/Dissector.h"
 #include "support/wireFrames.h"
 
 namespace {
@@ -131,6 +132,20 @@ TEST(Survey, tellsWhatEachKindOfStreamIsAndHowToMonitorIt) {
             }
         }
     }
+}
+
+TEST(Survey, isFedWithFramesThatTheDissectorReadsAlike) {
+    const support::Dissector dissector({avtp(audio(2, 7, 258, 24, 384).payload(), {0x81006002}),
+                                        avtp(audio(0, 4, 8, 0, 200).iec61883()),
+                                        avtp(wire::clockReference(7, 9, 11, 3))});
+    EXPECT_EQ(
+        dissector.fields({"vlan.id", "vlan.priority", "ieee1722.subtype", "aaf.format_info", "aaf.nominal_sample_rate",
+                          "aaf.channels_per_frame", "aaf.bit_depth", "aaf.stream_data_len"}),
+        "2 3 0x02 0x02 0x0007 258 24 384\n  0x00     \n  0x04     \n");
+    EXPECT_EQ(dissector.fields({"iec61883.stream_data_len", "iec61883.tag", "iec61883.dbs", "iec61883.fmt",
+                                "iec61883.fdf", "crf.type", "crf.seqnum", "crf.pull", "crf.base_frequency",
+                                "crf.data_len", "crf.timestamp_interval", "crf.timestamp"}),
+              "           \n200 0x01 0x08 0x10 0x00       \n     0x01 9 0x00000003 48000 8 96 0x000000000000000b\n");
 }
 
 TEST(Survey, countsWhatIsNoStreamOrCanNotBeRead) {
