@@ -136,6 +136,7 @@ std::string line(const Row &row, const std::vector<std::size_t> &widths) {
 /// Those with the most frames, in the order of the list.
 std::vector<const WireStream *> chosen(const std::vector<WireStream> &streams) {
     std::vector<const WireStream *> chosen;
+    chosen.reserve(streams.size());
     for (const WireStream &stream : streams) {
         chosen.push_back(&stream);
     }

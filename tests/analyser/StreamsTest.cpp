@@ -131,12 +131,15 @@ TEST(Streams, areListedOnBothEndsOfACable) {
 
 TEST(Streams, endWithTheAdapter) {
     support::makeVethPair("brief0", "brief1");
-    support::Terminal listing({120, 24}, ANALYSER_PROGRAM, {"streams", "--device", "brief1", "--seconds", "600"});
+    support::setInterfaceUp("brief1", false);
+    support::expectRefusal(listing("brief1", "1").wait(), 1, "'sudo ip link set brief1 up' brings it up");
+    support::setInterfaceUp("brief1", true);
+    support::Terminal terminal({120, 24}, ANALYSER_PROGRAM, {"streams", "--device", "brief1", "--seconds", "600"});
     EXPECT_TRUE(
-        listing.waitFor([&] { return listing.shown().find("listening on brief1: 0 of") != std::string::npos; }));
+        terminal.waitFor([&] { return terminal.shown().find("listening on brief1: 0 of") != std::string::npos; }));
     support::removeInterface("brief1");
-    EXPECT_EQ(WEXITSTATUS(listing.waitForChange()), 1);
-    EXPECT_NE(listing.shown().find("the adapter 'brief1' fails: "), std::string::npos) << listing.shown();
+    EXPECT_EQ(WEXITSTATUS(terminal.waitForChange()), 1);
+    EXPECT_NE(terminal.shown().find("the adapter 'brief1' fails: "), std::string::npos) << terminal.shown();
 }
 
 /// A stream about which there is as much to say as there can be.

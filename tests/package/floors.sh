@@ -19,6 +19,7 @@ planted=(
     'src/kernels/loops/Vector.h|#include <QString>'
     'apps/monitoring/Result.h|#include "analyser/output/Output.h"'
     'apps/monitoring/meters/Meter.h|#include "monitoring/Result.h"'
+    'apps/discovery/Survey.h|#include "monitoring/Session.h"'
     'apps/talker/main.cpp|#include "core/logging/Log.h"'
     'src/avb/AvtpPacketReceiver.cpp|#include <engine/Run.h>'
     'apps/common/Text.cpp|#include "monitoring/Session.h"'
