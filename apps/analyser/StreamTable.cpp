@@ -49,7 +49,12 @@ std::string shownSamples(const std::optional<WireStream::Samples> &samples) {
 }
 
 std::string shownPpm(const std::optional<double> &ppm, int decimals) {
-    return ppm ? (*ppm < 0 ? "" : "+") + text::fixed(*ppm, decimals) : "-";
+    if (!ppm) {
+        return "-";
+    }
+    const std::string text = text::fixed(std::abs(*ppm), decimals);
+    const bool isZero = text.find_first_not_of("0.") == std::string::npos;
+    return (isZero ? "" : *ppm < 0 ? "-" : "+") + text;
 }
 
 std::string milliseconds(double seconds) {

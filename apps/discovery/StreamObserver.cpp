@@ -8,10 +8,7 @@ namespace {
 
 constexpr double nanosecondsPerSecond = 1e9;
 constexpr std::int64_t longestUnambiguous = 1'000'000'000; // ns without a time stamp; they wrap after 4.3 s
-/// Less than the time of all numbers that the sequence has, so that a gap of just that many shows.
-constexpr double greatestArrivalStep = 15e6; // ns
-constexpr double leastArrivals = 0.9e9;      // ns: jitter says more than the rate before
-constexpr double leastTimestamps = 0.05e9;   // ns
+constexpr double leastTimestamps = 0.05e9;                 // ns
 
 double seconds(std::int64_t nanoseconds) {
     return static_cast<double>(nanoseconds) / nanosecondsPerSecond;
@@ -59,7 +56,7 @@ void StreamObserver::followFormat(const AvtpPacket &packet) {
         const double period = nanosecondsPerSecond / *packet.format.rate;
         const unsigned packets = packet.format.sparseTimestamps ? 8 : 1; // from one time stamp to the next
         timestamps.emplace(period, std::max(1.0, packet.samples.value_or(1) * packets * period));
-        arrivals.emplace(period, greatestArrivalStep);
+        arrivals.emplace(period);
     }
 }
 
@@ -110,7 +107,7 @@ void StreamObserver::followArrival(std::int64_t time) {
     }
     lastArrival = time;
     if (arrivals) {
-        (void)arrivals->add(position, time);
+        arrivals->add(position, time);
     }
 }
 
@@ -147,14 +144,14 @@ void StreamObserver::breakOff() {
 
 WireStream StreamObserver::describe() const {
     WireStream described = stream;
-    described.firstHeard = std::max(0.0, seconds(firstArrival)); // the kernel gathers before
+    described.firstHeard = seconds(firstArrival);
     described.lastHeard = seconds(lastArrival);
     if (stream.format.kind == StreamFormat::Kind::clockReference) {
         described.samples.reset();
     }
     if (timestamps) {
         described.timestampPpm = timestamps->ppm(leastTimestamps);
-        described.arrivalPpm = arrivals->ppm(leastArrivals);
+        described.arrivalPpm = arrivals->ppm();
     }
     if (stream.frames > 1 && lastArrival > firstArrival) {
         const double mean = seconds(lastArrival - firstArrival) / static_cast<double>(stream.frames - 1);

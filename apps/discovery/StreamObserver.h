@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "discovery/ArrivalMeter.h"
 #include "discovery/AvtpPacket.h"
 #include "discovery/EthernetFrame.h"
 #include "discovery/RateMeter.h"
@@ -46,7 +47,7 @@ private:
     std::int64_t presentation = 0; ///< the last time stamp, without a bound
     std::uint64_t position = 0;    ///< samples before the next packet
     std::optional<RateMeter> timestamps;
-    std::optional<RateMeter> arrivals;
+    std::optional<ArrivalMeter> arrivals;
 };
 
 } // namespace discovery

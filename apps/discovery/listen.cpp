@@ -39,7 +39,10 @@ Findings listen(const std::string &name, milliseconds duration, const std::funct
         const auto rest = std::chrono::ceil<milliseconds>(end - now);
         adapter.receive(static_cast<int>(std::min(rest, slice).count()),
                         [&](Bytes frame, std::size_t wireSize, std::int64_t time) {
-                            survey.add(frame, wireSize, time - wallBegin.count());
+                            // What the kernel gathered before has a hole where the filter was set.
+                            if (time >= wallBegin.count()) {
+                                survey.add(frame, wireSize, time - wallBegin.count());
+                            }
                         });
     }
     Findings findings = survey.describe(seconds(now - begin));
