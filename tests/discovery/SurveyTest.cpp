@@ -241,7 +241,7 @@ struct Sender {
     bool sparse = false;
     bool troubled = false; ///< loses frames, restarts its clock, and has time stamps that don't count
     bool isClock = false;
-    bool bursts = false; ///< in the end pauses of 40 ms, and then what was due in them at once
+    bool bursts = false; ///< in the end pauses of 12 ms, and then what was due in them at once
 };
 
 WireStream heard(const Sender &sender, unsigned frames) {
@@ -266,7 +266,7 @@ WireStream heard(const Sender &sender, unsigned frames) {
         }
         double arrival = i * period / (1 + sender.arrivalPpm * 1e-6) + jitter(random);
         const double due = std::fmod(arrival, 1e8);
-        arrival += sender.bursts && arrival > 3e9 ? (due < 6e7 ? 0 : 1e8 - due) : 0;
+        arrival += sender.bursts && arrival > 3e9 ? (due < 8.8e7 ? 0 : 1e8 - due) : 0;
         add(survey, avtp(sender.isClock ? wire::clockReference(7, i, audio.timestamp) : audio.payload()),
             std::llround(arrival));
     }
