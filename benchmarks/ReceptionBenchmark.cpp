@@ -31,7 +31,7 @@ struct Stream {
             frames[sequence]->setSequence(static_cast<std::uint8_t>(sequence));
             for (unsigned sample = 0; sample < samples; ++sample) {
                 for (unsigned channel = 0; channel < channels; ++channel) {
-                    frames[sequence]->setSample(sample, channel, static_cast<std::int16_t>(sequence * 97 + sample));
+                    frames[sequence]->setSample(sample, channel, (sequence * 97 + sample) / 32768.0);
                 }
             }
         }

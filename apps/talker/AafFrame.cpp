@@ -5,28 +5,29 @@
 
 namespace talker {
 
-AafFrame::AafFrame(const common::MacAddress &source, const common::MacAddress &destination, unsigned channels,
-                   unsigned samplesPerChannel) {
+AafFrame::AafFrame(const common::MacAddress &source, const common::MacAddress &destination, const FrameFormat &format)
+    : format(format) {
     std::copy(destination.begin(), destination.end(), bytes.begin());
     std::copy(source.begin(), source.end(), bytes.begin() + 6);
     write16(12, 0x22f0);
     bytes[14] = 0x02; // AAF
     bytes[15] = 0x81; // stream ID and timestamp are valid
     std::copy(source.begin(), source.end(), bytes.begin() + 18);
-    bytes[30] = 0x04; // 16-bit integer
-    bytes[33] = 16;   // all of the bits are used
-    setFormat(channels, samplesPerChannel);
+    setFormat(format);
 }
 
-void AafFrame::setFormat(unsigned channels, unsigned samplesPerChannel) {
-    if (channels < 1 || channels > maxChannels || samplesPerChannel < 1 || samplesPerChannel > maxSamplesPerChannel ||
-        dataLength(channels, samplesPerChannel) > maxDataLength) {
+void AafFrame::setFormat(const FrameFormat &newFormat) {
+    const auto *const rate = common::find(common::aafRates, &common::AafRate::hertz, newFormat.rate);
+    if (newFormat.channels < 1 || newFormat.channels > FrameFormat::maxChannels || newFormat.samplesPerChannel < 1 ||
+        newFormat.samplesPerChannel > FrameFormat::maxSamplesPerChannel ||
+        newFormat.dataLength() > FrameFormat::maxDataLength || rate == nullptr) {
         throw std::out_of_range("no AAF frame has this format");
     }
-    this->channels = channels;
-    this->samplesPerChannel = samplesPerChannel;
-    write16(31, static_cast<std::uint16_t>(0x5000 | channels)); // 48 kHz, then ten bits of channels
-    setDataLength(static_cast<std::uint16_t>(dataLength(channels, samplesPerChannel)));
+    format = newFormat;
+    bytes[30] = format.sample.code;
+    write16(31, static_cast<std::uint16_t>(rate->code << 12 | format.channels)); // ten bits of channels
+    bytes[33] = static_cast<std::uint8_t>(8 * format.sample.bytes);              // all of the bits are used
+    setDataLength(static_cast<std::uint16_t>(format.dataLength()));
 }
 
 void AafFrame::setTimestamp(std::uint32_t timestamp) {

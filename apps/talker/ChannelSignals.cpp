@@ -1,24 +1,26 @@
 #include "talker/ChannelSignals.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace talker {
 
-ChannelSignals::ChannelSignals(const std::vector<std::string> &texts) {
-    std::transform(texts.begin(), texts.end(), std::back_inserter(signals), Signal::parse);
+ChannelSignals::ChannelSignals(const std::vector<std::string> &texts, unsigned rate) {
+    for (const std::string &text : texts) {
+        signals.push_back(Signal::parse(text, rate));
+    }
 }
 
-void ChannelSignals::fill(AafFrame &frame, std::uint64_t firstSample) const {
-    for (unsigned sample = 0; sample < frame.getSamplesPerChannel(); ++sample) {
-        std::int16_t code = 0;
-        for (unsigned channel = 0; channel < frame.getChannels(); ++channel) {
-            const bool hasItsOwn = channel < signals.size();
-            const Signal &signal = hasItsOwn ? signals[channel] : signals.back();
-            if (hasItsOwn || signal.differsByChannel) {
-                code = signal.code(firstSample + sample, channel);
+void ChannelSignals::fill(AafFrame &frame, std::uint64_t firstSample, unsigned firstChannel) const {
+    const unsigned channels = frame.getFormat().channels;
+    const unsigned samples = frame.getFormat().samplesPerChannel;
+    for (unsigned sample = 0; sample < samples; ++sample) {
+        double value = 0.0;
+        for (unsigned channel = 0; channel < channels; ++channel) {
+            const unsigned number = firstChannel + channel;
+            const bool hasItsOwn = number < signals.size();
+            const Signal &signal = hasItsOwn ? signals[number] : signals.back();
+            if (channel == 0 || hasItsOwn || signal.differsByChannel) {
+                value = signal.value(firstSample + sample, number);
             }
-            frame.setSample(sample, channel, code);
+            frame.setSample(sample, channel, value);
         }
     }
 }

@@ -13,11 +13,12 @@ namespace talker {
 class ChannelSignals {
 public:
     /// @param texts descriptions as Signal::parse takes them, at least one
-    explicit ChannelSignals(const std::vector<std::string> &texts);
+    ChannelSignals(const std::vector<std::string> &texts, unsigned rate);
 
     /// Writes all samples of a frame.
     /// @param firstSample index of the frame's first sample since the start
-    void fill(AafFrame &frame, std::uint64_t firstSample) const;
+    /// @param firstChannel number of the frame's first channel, where streams share the signals
+    void fill(AafFrame &frame, std::uint64_t firstSample, unsigned firstChannel = 0) const;
 
 private:
     std::vector<Signal> signals;

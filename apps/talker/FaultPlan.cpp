@@ -1,6 +1,6 @@
 #include "talker/FaultPlan.h"
 
-#include <algorithm>
+#include <cstring>
 
 #include "common/parseNumber.h"
 #include "talker/AafFrame.h"
@@ -10,16 +10,21 @@ namespace talker {
 namespace {
 
 std::string optionName(Fault fault) {
-    return std::string("--") + faultNames[static_cast<std::size_t>(fault)];
+    return std::string("--") + faultOptions[static_cast<std::size_t>(fault)].name;
 }
 
 } // namespace
+
+FrameFormat FrameFaults::apply(FrameFormat format) const {
+    format.channels = (*this)[Fault::Channels].value_or(format.channels);
+    return format;
+}
 
 void FaultPlan::add(Fault fault, const std::string &text) {
     constexpr std::uint64_t lastFrame = 1'000'000'000'000;
     const std::string name = optionName(fault);
     const std::size_t colon = text.find(':');
-    const bool needsValue = fault != Fault::Drop && fault != Fault::Repeat;
+    const bool needsValue = std::strchr(faultOptions[static_cast<std::size_t>(fault)].value, ':') != nullptr;
     if (needsValue != (colon != std::string::npos)) {
         throw common::Refusal(name + ": '" + text + "' is not of the form " + (needsValue ? "FRAME:VALUE" : "FRAME"));
     }
@@ -36,22 +41,22 @@ void FaultPlan::add(Fault fault, const std::string &text) {
         value = 0;
         break;
     case Fault::Channels:
-        value = common::parseNumber<unsigned>(valueText, name + ", channels", 1, AafFrame::maxChannels);
+        value = common::parseNumber<unsigned>(valueText, name + ", channels", 1, FrameFormat::maxChannels);
         break;
     case Fault::Truncate:
         value = common::parseNumber<unsigned>(valueText, name + ", bytes", AafFrame::ethernetHeaderSize,
-                                              AafFrame::headerSize + AafFrame::maxDataLength - 1);
+                                              AafFrame::headerSize + FrameFormat::maxDataLength - 1);
         break;
     case Fault::Length:
-        value = common::parseNumber<unsigned>(valueText, name + ", bytes", 0, AafFrame::maxDataLength);
+        value = common::parseNumber<unsigned>(valueText, name + ", bytes", 0, FrameFormat::maxDataLength);
         break;
     }
 }
 
-void FaultPlan::check(unsigned channels, unsigned samplesPerChannel) const {
+void FaultPlan::check(FrameFormat format) const {
     for (const auto &[frame, ofFrame] : faults) {
-        channels = ofFrame[Fault::Channels].value_or(channels);
-        const std::size_t size = AafFrame::headerSize + AafFrame::dataLength(channels, samplesPerChannel);
+        format = ofFrame.apply(format);
+        const std::size_t size = AafFrame::headerSize + format.dataLength();
         if (ofFrame[Fault::Truncate].value_or(0) >= size) {
             throw common::Refusal(optionName(Fault::Truncate) + ": frame " + std::to_string(frame) + " has only " +
                                   std::to_string(size) + " bytes");
@@ -65,11 +70,15 @@ const FrameFaults &FaultPlan::at(std::uint64_t frame) const {
     return found == faults.end() ? none : found->second;
 }
 
-unsigned FaultPlan::mostChannels(unsigned channels) const {
+FrameFormat FaultPlan::largest(FrameFormat format) const {
+    FrameFormat result = format;
     for (const auto &[frame, ofFrame] : faults) {
-        channels = std::max(channels, ofFrame[Fault::Channels].value_or(0));
+        format = ofFrame.apply(format);
+        if (format.dataLength() > result.dataLength()) {
+            result = format;
+        }
     }
-    return channels;
+    return result;
 }
 
 } // namespace talker

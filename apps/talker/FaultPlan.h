@@ -6,18 +6,27 @@
 #include <optional>
 #include <string>
 
+#include "talker/FrameFormat.h"
+
 namespace talker {
 
-/// What can be done to a frame on demand, with the name of its option.
-enum class Fault {
-    Drop,     ///< "drop": it is not sent; its sequence number and samples are used up
-    Repeat,   ///< "repeat": it is sent twice in a row
-    Channels, ///< "channels-at": from it on, frames carry another amount of channels
-    Truncate, ///< "truncate": it is cut to this many bytes in all
-    Length    ///< "length-at": it declares this many bytes of samples, everything else is as usual
+/// What can be done to a frame on demand.
+enum class Fault { Drop, Repeat, Channels, Truncate, Length };
+
+/// How a fault is asked for.
+struct FaultOption {
+    const char *name;
+    const char *value; ///< K stands for the frame, what follows a colon for the fault's value
+    const char *help;
 };
 
-inline constexpr std::array<const char *, 5> faultNames = {"drop", "repeat", "channels-at", "truncate", "length-at"};
+/// In the order of Fault.
+inline constexpr std::array<FaultOption, 5> faultOptions = {
+    {{"drop", "K", "frame K, counted from 0, is not sent. All faults can be repeated."},
+     {"repeat", "K", "frame K is sent twice."},
+     {"channels-at", "K:N", "from frame K on there are N channels."},
+     {"truncate", "K:BYTES", "frame K is cut to so many bytes in all."},
+     {"length-at", "K:BYTES", "frame K declares so many bytes of samples."}}};
 
 /// The faults of one frame: a value for each that it has, 0 where the kind needs none.
 class FrameFaults {
@@ -25,25 +34,27 @@ public:
     std::optional<unsigned> &operator[](Fault fault) { return values[static_cast<std::size_t>(fault)]; }
     const std::optional<unsigned> &operator[](Fault fault) const { return values[static_cast<std::size_t>(fault)]; }
 
+    /// The format that the frame has where the one before has this.
+    FrameFormat apply(FrameFormat format) const;
+
 private:
-    std::array<std::optional<unsigned>, faultNames.size()> values;
+    std::array<std::optional<unsigned>, faultOptions.size()> values;
 };
 
 /// All faults of a run, by the index that frames have where nothing is dropped or repeated.
 class FaultPlan {
 public:
-    /// Adds the fault that the value of its option describes: "FRAME" for drop and repeat, "FRAME:VALUE" for the
-    /// others.
+    /// Adds the fault that the value of its option describes.
     /// @throws common::Refusal for malformed text and for a fault that the frame has already
     void add(Fault fault, const std::string &text);
 
     /// Refuses a plan that a stream of this format cannot follow.
-    void check(unsigned channels, unsigned samplesPerChannel) const;
+    void check(FrameFormat format) const;
 
     const FrameFaults &at(std::uint64_t frame) const;
 
-    /// The most channels that any frame of a stream carries that starts with the given amount.
-    unsigned mostChannels(unsigned channels) const;
+    /// The format of the largest frames of a stream that starts with this one.
+    FrameFormat largest(FrameFormat format) const;
 
 private:
     std::map<std::uint64_t, FrameFaults> faults;

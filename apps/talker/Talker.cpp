@@ -4,15 +4,11 @@
 #include <ctime>
 
 #include "common/Refusal.h"
+#include "talker/sampleTime.h"
 
 namespace talker {
 
 namespace {
-
-/// The moment of a sample, exact to the nanosecond as far as the clock counts. Whole parts first: nothing overflows.
-Pacer::Duration timeOf(std::uint64_t sample) {
-    return Pacer::Duration(sample / 3 * 62'500 + sample % 3 * 62'500 / 3);
-}
 
 /// Listeners get this long to receive a frame before they play it.
 constexpr auto transitTime = std::chrono::milliseconds(2);
@@ -28,17 +24,16 @@ common::MacAddress sourceAddress(const TalkerOptions &options, const RawSocket &
 } // namespace
 
 Talker::Talker(const TalkerOptions &options, RawSocket &socket)
-    : options(options), socket(socket),
-      frame(sourceAddress(options, socket), options.destination, options.channels, options.samplesPerPacket) {
-    const unsigned channels = options.faults.mostChannels(options.channels);
-    const std::size_t needed =
-        AafFrame::headerSize - AafFrame::ethernetHeaderSize + AafFrame::dataLength(channels, options.samplesPerPacket);
+    : options(options), socket(socket), frame(sourceAddress(options, socket), options.destination, options.format) {
+    const FrameFormat largest = options.faults.largest(options.format);
+    const std::size_t needed = AafFrame::headerSize - AafFrame::ethernetHeaderSize + largest.dataLength();
     if (needed > socket.getMtu()) {
-        throw common::Refusal(std::to_string(channels) + " channels of " + std::to_string(options.samplesPerPacket) +
-                              " samples need frames of " + std::to_string(needed) + " bytes, adapter '" +
-                              socket.getDevice() + "' takes " + std::to_string(socket.getMtu()));
+        throw common::Refusal(std::to_string(largest.channels) + " channels of " +
+                              std::to_string(largest.samplesPerChannel) + " samples need frames of " +
+                              std::to_string(needed) + " bytes, adapter '" + socket.getDevice() + "' takes " +
+                              std::to_string(socket.getMtu()));
     }
-    report.packetInterval = timeOf(options.samplesPerPacket);
+    report.packetInterval = sampleTime(options.format.samplesPerChannel, options.format.rate);
 }
 
 void Talker::run(const std::atomic<bool> &stop) {
@@ -50,7 +45,7 @@ void Talker::run(const std::atomic<bool> &stop) {
     for (std::uint64_t i = 0; !options.frames || i < *options.frames; ++i) {
         const FrameFaults &faults = options.faults.at(i);
         prepare(i, faults);
-        const Pacer::Duration due = timeOf(i * options.samplesPerPacket);
+        const Pacer::Duration due = sampleTime(i * options.format.samplesPerChannel, options.format.rate);
         if (!pacer.waitUntil(due, stop)) {
             break;
         }
@@ -60,7 +55,7 @@ void Talker::run(const std::atomic<bool> &stop) {
             send(faults);
             noteLateness(pacer.elapsed() - due);
         }
-        report.samplesPerChannel += options.samplesPerPacket;
+        report.samplesPerChannel += options.format.samplesPerChannel;
         report.elapsed = pacer.elapsed();
     }
 }
@@ -69,10 +64,11 @@ void Talker::prepare(std::uint64_t number, const FrameFaults &faults) {
     if (faults[Fault::Channels]) {
         noteFault(Fault::Channels);
     }
-    frame.setFormat(faults[Fault::Channels].value_or(frame.getChannels()), options.samplesPerPacket);
+    frame.setFormat(faults.apply(frame.getFormat()));
     frame.setSequence(static_cast<std::uint8_t>(number));
-    const std::uint64_t firstSample = number * options.samplesPerPacket;
-    frame.setTimestamp(static_cast<std::uint32_t>((presentationStart + timeOf(firstSample)).count()));
+    const std::uint64_t firstSample = number * options.format.samplesPerChannel;
+    frame.setTimestamp(
+        static_cast<std::uint32_t>((presentationStart + sampleTime(firstSample, options.format.rate)).count()));
     options.signals.fill(frame, firstSample);
     if (faults[Fault::Length]) {
         frame.setDataLength(static_cast<std::uint16_t>(*faults[Fault::Length]));

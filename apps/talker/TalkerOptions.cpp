@@ -13,28 +13,36 @@ namespace {
 
 constexpr double minSeconds = 0.001;
 constexpr double maxSeconds = 1e9;
+/// Of class A, as most talkers send them.
+constexpr unsigned packetsPerSecond = 8000;
 constexpr std::uint64_t maxFrames = 1'000'000'000'000;
 
-/// The options with their help; those of the faults are named as in faultNames.
+/// The options with their help.
 void addOptions(common::CommandLine &line) {
     line.addVersionOption();
     line.addOption("device", "Adapter to send on.", "NAME");
     line.addOption("source", "Source address, which names the stream; the adapter's own by default.", "MAC");
     line.addOption("destination", "Destination address, 91:e0:f0:00:fe:00 by default.", "MAC");
     line.addOption("channels", "Channels of the stream, 2 by default.", "N");
-    line.addOption("samples-per-packet", "Samples per channel in each frame, 6 by default.", "S");
+    line.addOption("format", "int16, int24, int32 or float32; int16 by default. Integers clip what exceeds full scale.",
+                   "NAME");
+    line.addOption("rate",
+                   "Samples per second: 8000, 16000, 24000, 32000, 44100, 48000, 88200, 96000, 176400 or 192000; 48000 "
+                   "by default.",
+                   "HZ");
+    line.addOption("samples-per-packet",
+                   "Samples per channel in each frame; by default what 8000 frames a second need, 6 at 48 kHz.", "S");
     line.addOption("signal",
-                   "sine:HZ:AMPLITUDE, square:HZ:AMPLITUDE, noise:AMPLITUDE, ramp (channel c is 1000 c codes ahead), "
-                   "silence or wav:FILE; full scale is 1.0. Repeated for the channels in their order, the last one "
+                   "sine:HZ:AMPLITUDE, square:HZ:AMPLITUDE, noise:AMPLITUDE, ramp (through the codes of 16 bits, "
+                   "channel c is 1000 c ahead), silence or wav:FILE; full scale is 1.0. Repeated for the channels in "
+                   "their order, the last one "
                    "serves all further channels. sine:1000:0.5 by default.",
                    "SPEC");
     line.addOption("seconds", "End after this time; without it and --frames only a signal ends the talker.", "T");
     line.addOption("frames", "End after this many frames.", "N");
-    line.addOption("drop", "Fault: frame K, counted from 0, is not sent. All faults can be repeated.", "K");
-    line.addOption("repeat", "Fault: frame K is sent twice.", "K");
-    line.addOption("channels-at", "Fault: from frame K on there are N channels.", "K:N");
-    line.addOption("truncate", "Fault: frame K is cut to so many bytes in all.", "K:BYTES");
-    line.addOption("length-at", "Fault: frame K declares so many bytes of samples.", "K:BYTES");
+    for (const FaultOption &fault : faultOptions) {
+        line.addOption(fault.name, (std::string("Fault: ") + fault.help).c_str(), fault.value);
+    }
 }
 
 template <typename Number>
@@ -48,17 +56,30 @@ std::optional<common::MacAddress> address(const common::CommandLine &line, const
     return text ? std::optional(common::parseMacAddress(*text, std::string("--") + name)) : std::nullopt;
 }
 
-std::optional<std::uint64_t> frameAmount(const common::CommandLine &line, unsigned samplesPerPacket) {
+std::optional<std::uint64_t> frameAmount(const common::CommandLine &line, const FrameFormat &format) {
     const auto seconds = number<double>(line, "seconds", minSeconds, maxSeconds);
     const auto frames = number<std::uint64_t>(line, "frames", 1, maxFrames);
     if (seconds && frames) {
         throw common::Refusal("--seconds and --frames exclude each other");
     }
     if (seconds) {
-        const double samples = *seconds * samplesPerSecond;
-        return static_cast<std::uint64_t>(std::max(1LL, std::llround(samples / samplesPerPacket)));
+        const double samples = *seconds * format.rate;
+        return static_cast<std::uint64_t>(std::max(1LL, std::llround(samples / format.samplesPerChannel)));
     }
     return frames;
+}
+
+FrameFormat frameFormat(const common::CommandLine &line) {
+    FrameFormat format = {number<unsigned>(line, "channels", 1, FrameFormat::maxChannels).value_or(2), 0};
+    if (const auto name = line.single("format")) {
+        format.sample = FrameFormat::parseFormat(*name, "--format");
+    }
+    if (const auto hertz = line.single("rate")) {
+        format.rate = FrameFormat::parseRate(*hertz, "--rate");
+    }
+    format.samplesPerChannel = number<unsigned>(line, "samples-per-packet", 1, FrameFormat::maxSamplesPerChannel)
+                                   .value_or((format.rate + packetsPerSecond - 1) / packetsPerSecond);
+    return format;
 }
 
 TalkerOptions talkerOptions(const common::CommandLine &line) {
@@ -71,25 +92,24 @@ TalkerOptions talkerOptions(const common::CommandLine &line) {
         signals.emplace_back("sine:1000:0.5");
     }
     constexpr common::MacAddress streamAddress = {0x91, 0xe0, 0xf0, 0x00, 0xfe, 0x00};
-    const auto samplesPerPacket =
-        number<unsigned>(line, "samples-per-packet", 1, AafFrame::maxSamplesPerChannel).value_or(6);
+    const FrameFormat format = frameFormat(line);
     TalkerOptions options = {*device,
                              address(line, "source"),
                              address(line, "destination").value_or(streamAddress),
-                             number<unsigned>(line, "channels", 1, AafFrame::maxChannels).value_or(2),
-                             samplesPerPacket,
-                             ChannelSignals(signals),
-                             frameAmount(line, samplesPerPacket),
+                             format,
+                             ChannelSignals(signals, format.rate),
+                             frameAmount(line, format),
                              FaultPlan()};
-    for (std::size_t i = 0; i < faultNames.size(); ++i) {
-        for (const std::string &text : line.all(faultNames[i])) {
+    for (std::size_t i = 0; i < faultOptions.size(); ++i) {
+        for (const std::string &text : line.all(faultOptions[i].name)) {
             options.faults.add(static_cast<Fault>(i), text);
         }
     }
-    options.faults.check(options.channels, samplesPerPacket);
-    const unsigned mostChannels = options.faults.mostChannels(options.channels);
-    if (AafFrame::dataLength(mostChannels, samplesPerPacket) > AafFrame::maxDataLength) {
-        throw common::Refusal(std::to_string(mostChannels) + " channels of " + std::to_string(samplesPerPacket) +
+    options.faults.check(format);
+    const FrameFormat largest = options.faults.largest(format);
+    if (largest.dataLength() > FrameFormat::maxDataLength) {
+        throw common::Refusal(std::to_string(largest.channels) + " channels of " +
+                              std::to_string(largest.samplesPerChannel) +
                               " samples are more than an AAF frame can hold");
     }
     return options;
@@ -98,7 +118,7 @@ TalkerOptions talkerOptions(const common::CommandLine &line) {
 } // namespace
 
 Command parseCommandLine(const QStringList &arguments) {
-    common::CommandLine line("Sends an AVTP audio stream of 48 kHz and 16 bit.");
+    common::CommandLine line("Sends an AVTP audio stream.");
     addOptions(line);
     line.parse(arguments);
     if (line.has("help")) {

@@ -18,8 +18,7 @@ struct TalkerOptions {
     std::string device;
     std::optional<common::MacAddress> source; ///< none: the adapter's own address
     common::MacAddress destination;
-    unsigned channels;
-    unsigned samplesPerPacket;
+    FrameFormat format; ///< at the start
     ChannelSignals signals;
     std::optional<std::uint64_t> frames; ///< none: until a signal ends the process
     FaultPlan faults;

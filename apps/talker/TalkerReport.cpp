@@ -22,7 +22,7 @@ std::string TalkerReport::toString() const {
     const char *separator = "Faults: ";
     for (std::size_t i = 0; i < faults.size(); ++i) {
         if (faults[i] > 0) {
-            text << separator << faults[i] << " " << faultNames[i];
+            text << separator << faults[i] << " " << faultOptions[i].name;
             separator = ", ";
         }
     }

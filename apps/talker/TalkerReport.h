@@ -13,7 +13,7 @@ namespace talker {
 struct TalkerReport {
     std::uint64_t framesSent = 0;
     std::uint64_t samplesPerChannel = 0; ///< of the signal, those of dropped frames included, repetitions not
-    std::array<std::uint64_t, faultNames.size()> faults = {};
+    std::array<std::uint64_t, faultOptions.size()> faults = {};
     std::chrono::nanoseconds elapsed = {};
     std::chrono::nanoseconds packetInterval = {};
     std::chrono::nanoseconds worstLateness = {};

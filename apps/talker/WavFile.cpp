@@ -1,14 +1,11 @@
 #include "talker/WavFile.h"
 
-#include <algorithm>
-#include <iterator>
 #include <memory>
 #include <utility>
 
 #include <sndfile.h>
 
 #include "common/Refusal.h"
-#include "talker/Signal.h"
 
 namespace talker {
 
@@ -20,7 +17,7 @@ struct CloseFile {
 
 } // namespace
 
-WavFile::WavFile(const std::string &path) {
+WavFile::WavFile(const std::string &path, unsigned rate) {
     const auto refuse = [&path](const std::string &reason) {
         throw common::Refusal("audio file '" + path + "': " + reason);
     };
@@ -30,16 +27,17 @@ WavFile::WavFile(const std::string &path) {
     if (!file) {
         refuse(sf_strerror(nullptr));
     }
-    if (info.samplerate != 48000) {
-        refuse("has " + std::to_string(info.samplerate) + " samples per second, 48000 are needed");
+    if (info.samplerate != static_cast<int>(rate)) {
+        refuse("has " + std::to_string(info.samplerate) + " samples per second, " + std::to_string(rate) +
+               " are needed");
     }
 
-    // Floating-point and wider integer files are rounded like any other signal; 16-bit codes stay as they are.
+    // Doubles hold the values of all files as they are; the samples on the wire are rounded like any other signal.
     channels = static_cast<std::size_t>(info.channels);
     std::vector<double> block(4096 * channels);
-    std::vector<std::int16_t> read;
+    std::vector<double> read;
     while (const sf_count_t count = sf_read_double(file.get(), block.data(), static_cast<sf_count_t>(block.size()))) {
-        std::transform(block.begin(), block.begin() + count, std::back_inserter(read), toCode);
+        read.insert(read.end(), block.begin(), block.begin() + count);
     }
     length = read.size() / channels;
     if (sf_error(file.get()) != SF_ERR_NO_ERROR) {
@@ -48,7 +46,7 @@ WavFile::WavFile(const std::string &path) {
     if (length == 0) {
         refuse("holds no samples");
     }
-    codes = std::make_shared<const std::vector<std::int16_t>>(std::move(read));
+    values = std::make_shared<const std::vector<double>>(std::move(read));
 }
 
 } // namespace talker

@@ -33,12 +33,12 @@ struct FaultCase {
 
 /// The frame that must have been sent, with the timestamp of the received one.
 Frame expectedFrame(const Sent &sent, const Frame &received) {
-    const talker::Signal ramp = talker::Signal::parse("ramp");
+    const talker::Signal ramp = talker::Signal::parse("ramp", 48000);
     talker::AafFrame frame({2, 0, 0, 0, 0, 1}, {0x91, 0xe0, 0xf0, 0, 0xfe, 0x0a}, sent.channels, 6);
     frame.setSequence(static_cast<std::uint8_t>(sent.index));
     for (unsigned sample = 0; sample < 6; ++sample) {
         for (unsigned channel = 0; channel < sent.channels; ++channel) {
-            frame.setSample(sample, channel, ramp.code(sent.index * 6 + sample, channel));
+            frame.setSample(sample, channel, ramp.value(sent.index * 6 + sample, channel));
         }
     }
     if (sent.length) {

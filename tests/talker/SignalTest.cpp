@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <map>
 
@@ -8,6 +9,7 @@
 #include "common/Refusal.h"
 #include "talker/ChannelSignals.h"
 #include "talker/Signal.h"
+#include "talker/encodeSample.h"
 
 namespace {
 
@@ -18,14 +20,15 @@ Codes codes(const talker::Signal &signal, std::uint64_t start, std::size_t amoun
             unsigned channel = 0) {
     Codes result;
     for (std::size_t i = 0; i < amount; ++i) {
-        result.push_back(signal.code(start + i * step, channel));
+        const double value = signal.value(start + i * step, channel);
+        result.push_back(static_cast<std::int16_t>(talker::encodeSample(common::aafFormats[0], value)));
     }
     return result;
 }
 
 Codes codes(const std::string &text, std::uint64_t start, std::size_t amount, std::uint64_t step = 1,
             unsigned channel = 0) {
-    return codes(talker::Signal::parse(text), start, amount, step, channel);
+    return codes(talker::Signal::parse(text, 48000), start, amount, step, channel);
 }
 
 TEST(Signal, sineFollowsTheFormulaAndIsClippedAtFullScale) {
@@ -63,14 +66,15 @@ TEST(Signal, noiseFillsItsRangeEvenlyAndIsTheSameAtEveryRun) {
 
 /// The signal of a stereo file with these values.
 template <typename Value, typename Write>
-talker::Signal fileSignal(int rate, int format, const std::vector<Value> &values, Write write) {
+talker::Signal fileSignal(int rate, int format, const std::vector<Value> &values, Write write,
+                          int expectedRate = 48000) {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("a:b.wav")).toStdString();
     SF_INFO info = {0, rate, 2, SF_FORMAT_WAV | format, 0, 0};
     SNDFILE *file = sf_open(path.c_str(), SFM_WRITE, &info);
     write(file, values.data(), static_cast<sf_count_t>(values.size()));
     sf_close(file);
-    return talker::Signal::parse("wav:" + path);
+    return talker::Signal::parse("wav:" + path, static_cast<unsigned>(expectedRate));
 }
 
 TEST(Signal, audioFileIsPlayedInALoopWithItsChannelsInTurn) {
@@ -80,8 +84,6 @@ TEST(Signal, audioFileIsPlayedInALoopWithItsChannelsInTurn) {
         EXPECT_EQ(codes(signal, 0, 4, 1, 1), Codes({8192, 32767, 16384, 8192})) << format;
         EXPECT_EQ(codes(signal, 3000000001, 2, 1, 5), Codes({32767, 16384})) << format;
     }
-    const std::vector<double> values = {1.5, 0.25, -1.5, -0.25};
-    EXPECT_EQ(codes(fileSignal(48000, SF_FORMAT_FLOAT, values, sf_write_double), 0, 2), Codes({32767, -32768}));
 }
 
 TEST(Signal, audioFileOfAnotherRateOrWithoutSamplesIsRefused) {
@@ -92,10 +94,51 @@ TEST(Signal, audioFileOfAnotherRateOrWithoutSamplesIsRefused) {
     EXPECT_THROW(create(48000, {}), common::Refusal);
 }
 
+/// The bytes of a value in one format after the other.
+std::string inEveryFormat(double value) {
+    std::string text;
+    for (const common::AafFormat &format : common::aafFormats) {
+        talker::AafFrame frame({}, {}, talker::FrameFormat{1, 1, format});
+        frame.setSample(0, 0, value);
+        text += QByteArray::fromRawData(reinterpret_cast<const char *>(frame.data()), static_cast<int>(frame.size()))
+                    .mid(talker::AafFrame::headerSize)
+                    .toHex()
+                    .toStdString() +
+                ' ';
+    }
+    return text;
+}
+
+TEST(Signal, valuesKeepTheirResolutionInEveryFormat) {
+    const std::vector<double> values = {1.5, -1.5, 1.0, 1.0 / 3, -1.0 / 2147483648.0, 0x5a5a5a5a / 2147483648.0};
+    const std::vector<std::string> wire = {"7fff 7fffff 7fffffff 3fc00000 ", "8000 800000 80000000 bfc00000 ",
+                                           "7fff 7fffff 7fffffff 3f800000 ", "2aab 2aaaab 2aaaaaab 3eaaaaab ",
+                                           "0000 000000 ffffffff b0000000 ", "5a5a 5a5a5a 5a5a5a5a 3f34b4b5 "};
+    const auto clipped = [](double value) { return std::clamp(value, -1.0, 1.0 - 1.0 / 2147483648.0); };
+    const talker::Signal doubles = fileSignal(48000, SF_FORMAT_DOUBLE, values, sf_write_double);
+    std::vector<int> codes;
+    for (const double value : values) {
+        codes.push_back(static_cast<int>(std::lround(clipped(value) * 2147483648.0)));
+    }
+    const talker::Signal integers = fileSignal(44100, SF_FORMAT_PCM_32, codes, sf_write_int, 44100);
+    for (unsigned i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(inEveryFormat(doubles.value(i / 2, i % 2)), wire[i]) << i;
+        EXPECT_EQ(integers.value(i / 2, i % 2), codes[i] / 2147483648.0) << i;
+    }
+    const talker::Signal ramp = talker::Signal::parse("ramp", 192000);
+    EXPECT_EQ(inEveryFormat(ramp.value(32766, 0)), "7ffe 7ffe00 7ffe0000 3f7ffc00 ");
+    EXPECT_EQ(inEveryFormat(ramp.value(32768, 1)), "83e8 83e800 83e80000 bf783000 ");
+    for (const char *text : {"sine:600:0.7", "square:600:0.7"}) {
+        EXPECT_EQ(talker::Signal::parse(text, 192000).value(192000 + 4 * 13, 0),
+                  talker::Signal::parse(text, 48000).value(13, 0))
+            << text;
+    }
+}
+
 TEST(ChannelSignals, servesChannelsInOrderAndTheRestWithTheLast) {
-    const auto secondSample = [](const std::vector<std::string> &texts) {
+    const auto secondSample = [](const std::vector<std::string> &texts, unsigned firstChannel = 0) {
         talker::AafFrame frame({}, {}, 4, 2);
-        talker::ChannelSignals(texts).fill(frame, 10);
+        talker::ChannelSignals(texts, 48000).fill(frame, 10, firstChannel);
         Codes result;
         for (const std::uint8_t *byte = frame.data() + frame.size() - 8; byte < frame.data() + frame.size();
              byte += 2) {
@@ -105,6 +148,8 @@ TEST(ChannelSignals, servesChannelsInOrderAndTheRestWithTheLast) {
     };
     EXPECT_EQ(secondSample({"ramp", "square:0:0.5"}), Codes({11, 16384, 16384, 16384}));
     EXPECT_EQ(secondSample({"ramp", "ramp", "silence", "ramp", "silence"}), Codes({11, 1011, 0, 3011}));
+    EXPECT_EQ(secondSample({"ramp", "silence", "square:0:0.5"}, 1), Codes({0, 16384, 16384, 16384}));
+    EXPECT_EQ(secondSample({"square:0:0.5"}, 1), Codes({16384, 16384, 16384, 16384}));
 }
 
 } // namespace
