@@ -17,6 +17,10 @@ std::string optionName(Fault fault) {
 
 FrameFormat FrameFaults::apply(FrameFormat format) const {
     format.channels = (*this)[Fault::Channels].value_or(format.channels);
+    if (const auto code = (*this)[Fault::Format]) {
+        format.sample = *common::find(common::aafFormats, &common::AafFormat::code, *code);
+    }
+    format.rate = (*this)[Fault::Rate].value_or(format.rate);
     return format;
 }
 
@@ -36,30 +40,38 @@ void FaultPlan::add(Fault fault, const std::string &text) {
     }
     const std::string valueText = needsValue ? text.substr(colon + 1) : "";
     switch (fault) {
-    case Fault::Drop:
-    case Fault::Repeat:
-        value = 0;
-        break;
     case Fault::Channels:
         value = common::parseNumber<unsigned>(valueText, name + ", channels", 1, FrameFormat::maxChannels);
         break;
+    case Fault::Format:
+        value = FrameFormat::parseFormat(valueText, name + ", format").code;
+        break;
+    case Fault::Rate:
+        value = FrameFormat::parseRate(valueText, name + ", rate");
+        break;
     case Fault::Truncate:
         value = common::parseNumber<unsigned>(valueText, name + ", bytes", AafFrame::ethernetHeaderSize,
-                                              AafFrame::headerSize + FrameFormat::maxDataLength - 1);
+                                              VlanTag::size + AafFrame::headerSize + FrameFormat::maxDataLength - 1);
         break;
     case Fault::Length:
         value = common::parseNumber<unsigned>(valueText, name + ", bytes", 0, FrameFormat::maxDataLength);
         break;
+    default:
+        value = 0;
     }
 }
 
-void FaultPlan::check(FrameFormat format) const {
+void FaultPlan::check(FrameFormat format, bool tagged) const {
     for (const auto &[frame, ofFrame] : faults) {
         format = ofFrame.apply(format);
-        const std::size_t size = AafFrame::headerSize + format.dataLength();
+        const std::size_t size = AafFrame::sizeOf(format, tagged);
         if (ofFrame[Fault::Truncate].value_or(0) >= size) {
             throw common::Refusal(optionName(Fault::Truncate) + ": frame " + std::to_string(frame) + " has only " +
                                   std::to_string(size) + " bytes");
+        }
+        if (ofFrame[Fault::NonFinite] && format.sample.code != floatCode) {
+            throw common::Refusal(optionName(Fault::NonFinite) + ": frame " + std::to_string(frame) + " has " +
+                                  std::string(format.sample.name) + ", which has no such samples");
         }
     }
 }

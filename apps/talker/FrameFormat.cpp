@@ -18,7 +18,7 @@ common::AafFormat FrameFormat::parseFormat(const std::string &name, const std::s
         if (format.name == name) {
             return format;
         }
-        known += ' ' + std::string(format.name);
+        known += (known.empty() ? " " : ", ") + std::string(format.name);
     }
     refuse(what, name, known);
 }
@@ -29,7 +29,7 @@ unsigned FrameFormat::parseRate(const std::string &hertz, const std::string &wha
         if (std::to_string(rate.hertz) == hertz) {
             return rate.hertz;
         }
-        known += ' ' + std::to_string(rate.hertz);
+        known += (known.empty() ? " " : ", ") + std::to_string(rate.hertz);
     }
     refuse(what, hertz, known);
 }

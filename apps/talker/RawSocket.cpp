@@ -59,6 +59,7 @@ RawSocket::RawSocket(const std::string &device) : device(device), socket(openSoc
     if (request.ifr_hwaddr.sa_family != ARPHRD_ETHER && request.ifr_hwaddr.sa_family != ARPHRD_LOOPBACK) {
         throw common::Refusal("adapter '" + device + "' does not carry Ethernet frames");
     }
+    takesTagsBeside = request.ifr_hwaddr.sa_family == ARPHRD_ETHER; // the kernel asks no more of these, and no less
     std::copy_n(request.ifr_hwaddr.sa_data, address.size(), address.begin());
 
     sockaddr_ll target = {};
@@ -73,8 +74,23 @@ void RawSocket::send(const std::uint8_t *bytes, std::size_t size) {
         sent = ::send(socket.get(), bytes, size, 0);
     } while (sent < 0 && errno == EINTR);
     if (sent < 0) {
-        throw std::system_error(errno, std::generic_category(), "sending on '" + device + "' failed");
+        fail();
     }
+}
+
+void RawSocket::send(FrameBatch &batch, std::uint64_t &sent) {
+    for (std::size_t done = 0; done < batch.size();) {
+        const int amount = ::sendmmsg(socket.get(), batch.data() + done, static_cast<unsigned>(batch.size() - done), 0);
+        if (amount < 0 && errno != EINTR) {
+            fail();
+        }
+        done += static_cast<std::size_t>(std::max(amount, 0));
+        sent += static_cast<std::uint64_t>(std::max(amount, 0));
+    }
+}
+
+void RawSocket::fail() const {
+    throw std::system_error(errno, std::generic_category(), "sending on '" + device + "' failed");
 }
 
 } // namespace talker

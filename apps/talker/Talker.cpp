@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <limits>
 
 #include "common/Refusal.h"
 #include "talker/sampleTime.h"
@@ -21,17 +22,37 @@ common::MacAddress sourceAddress(const TalkerOptions &options, const RawSocket &
     return address;
 }
 
+common::StreamId streamId(const TalkerOptions &options, const common::MacAddress &source, unsigned stream) {
+    common::StreamId id = {};
+    std::copy(source.begin(), source.end(), id.begin());
+    id = options.streamId.value_or(id);
+    const unsigned unique = id[6] * 256U + id[7] + stream;
+    id[6] = static_cast<std::uint8_t>(unique >> 8);
+    id[7] = static_cast<std::uint8_t>(unique);
+    return id;
+}
+
 } // namespace
 
 Talker::Talker(const TalkerOptions &options, RawSocket &socket)
-    : options(options), socket(socket), frame(sourceAddress(options, socket), options.destination, options.format) {
+    : options(options), socket(socket), batch(options.streams + 1U) {
+    const common::MacAddress source = sourceAddress(options, socket);
+    for (unsigned stream = 0; stream < options.streams; ++stream) {
+        common::MacAddress destination = options.destination;
+        destination[5] = static_cast<std::uint8_t>(destination[5] + stream);
+        frames.emplace_back(source, destination, options.format);
+        frames.back().setStreamId(streamId(options, source, stream));
+        if (options.tag) {
+            frames.back().setTag(*options.tag);
+        }
+    }
     const FrameFormat largest = options.faults.largest(options.format);
     const std::size_t needed = AafFrame::headerSize - AafFrame::ethernetHeaderSize + largest.dataLength();
-    if (needed > socket.getMtu()) {
+    if (needed > socket.getMtu(options.tag.has_value())) {
         throw common::Refusal(std::to_string(largest.channels) + " channels of " +
                               std::to_string(largest.samplesPerChannel) + " samples need frames of " +
                               std::to_string(needed) + " bytes, adapter '" + socket.getDevice() + "' takes " +
-                              std::to_string(socket.getMtu()));
+                              std::to_string(socket.getMtu(options.tag.has_value())));
     }
     report.packetInterval = sampleTime(options.format.samplesPerChannel, options.format.rate);
 }
@@ -49,10 +70,8 @@ void Talker::run(const std::atomic<bool> &stop) {
         if (!pacer.waitUntil(due, stop)) {
             break;
         }
-        if (faults[Fault::Drop]) {
-            noteFault(Fault::Drop);
-        } else {
-            send(faults);
+        send(faults);
+        if (batch.size() > 0) {
             noteLateness(pacer.elapsed() - due);
         }
         report.samplesPerChannel += options.format.samplesPerChannel;
@@ -61,38 +80,54 @@ void Talker::run(const std::atomic<bool> &stop) {
 }
 
 void Talker::prepare(std::uint64_t number, const FrameFaults &faults) {
-    if (faults[Fault::Channels]) {
-        noteFault(Fault::Channels);
-    }
-    frame.setFormat(faults.apply(frame.getFormat()));
-    frame.setSequence(static_cast<std::uint8_t>(number));
+    frames.front().setFormat(faults.apply(frames.front().getFormat()));
     const std::uint64_t firstSample = number * options.format.samplesPerChannel;
-    frame.setTimestamp(
-        static_cast<std::uint32_t>((presentationStart + sampleTime(firstSample, options.format.rate)).count()));
-    options.signals.fill(frame, firstSample);
+    const Pacer::Duration presentation = presentationStart + sampleTime(firstSample, options.format.rate);
+    unsigned firstChannel = 0;
+    for (AafFrame &frame : frames) {
+        frame.setSequence(static_cast<std::uint8_t>(number));
+        frame.setTimestamp(static_cast<std::uint32_t>(presentation.count()));
+        options.signals.fill(frame, firstSample, firstChannel);
+        firstChannel += options.format.channels;
+    }
+    applyFaults(faults);
+}
+
+void Talker::applyFaults(const FrameFaults &faults) {
+    AafFrame &frame = frames.front();
+    if (faults[Fault::Restart]) {
+        frame.toggleClockRestart();
+    }
+    frame.setTimestampUncertain(faults[Fault::Uncertain].has_value());
+    frame.setTimestampValid(!faults[Fault::Untimed]);
+    frame.setStreamValid(!faults[Fault::Invalid]);
+    for (unsigned channel = 0; faults[Fault::NonFinite] && channel < frame.getFormat().channels; ++channel) {
+        using Limits = std::numeric_limits<double>;
+        frame.setSample(frame.getFormat().samplesPerChannel - 1, channel, Limits::infinity());
+        frame.setSample(0, channel, Limits::quiet_NaN());
+    }
     if (faults[Fault::Length]) {
         frame.setDataLength(static_cast<std::uint16_t>(*faults[Fault::Length]));
     }
 }
 
 void Talker::send(const FrameFaults &faults) {
-    const std::size_t size = faults[Fault::Truncate].value_or(static_cast<unsigned>(frame.size()));
-    const int times = faults[Fault::Repeat] ? 2 : 1;
-    for (int i = 0; i < times; ++i) {
-        socket.send(frame.data(), size);
-        ++report.framesSent;
+    batch.clear();
+    const AafFrame &faulty = frames.front();
+    for (int i = faults[Fault::Drop] ? 0 : faults[Fault::Repeat] ? 2 : 1; i > 0; --i) {
+        batch.add(faulty.data(), faults[Fault::Truncate].value_or(static_cast<unsigned>(faulty.size())));
     }
-    for (const Fault fault : {Fault::Repeat, Fault::Truncate, Fault::Length}) {
-        if (faults[fault]) {
-            noteFault(fault);
-        }
+    for (std::size_t stream = 1; stream < frames.size(); ++stream) {
+        batch.add(frames[stream].data(), frames[stream].size());
     }
+    socket.send(batch, report.framesSent);
+    report.note(faults);
 }
 
 void Talker::noteLateness(Pacer::Duration lateness) {
     report.worstLateness = std::max(report.worstLateness, lateness);
     if (lateness > report.packetInterval) {
-        ++report.lateFrames;
+        report.lateFrames += batch.size();
     }
 }
 

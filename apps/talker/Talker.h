@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <vector>
 
 #include "talker/AafFrame.h"
 #include "talker/Pacer.h"
@@ -11,14 +12,14 @@
 
 namespace talker {
 
-/// Sends a stream in real time, with the faults that were asked for.
+/// Sends streams in real time, the first one with the faults that were asked for.
 class Talker {
 public:
     /// Keeps references to both.
-    /// @throws common::Refusal if the adapter cannot carry the stream
+    /// @throws common::Refusal if the adapter cannot carry the streams
     Talker(const TalkerOptions &options, RawSocket &socket);
 
-    /// Returns at the end of the stream or when stop is set. Allocates nothing. To be called once.
+    /// Returns at the end of the streams or when stop is set. Allocates nothing. To be called once.
     /// @throws std::system_error if a frame cannot be sent
     void run(const std::atomic<bool> &stop);
 
@@ -27,13 +28,15 @@ public:
 
 private:
     void prepare(std::uint64_t number, const FrameFaults &faults);
+    void applyFaults(const FrameFaults &faults);
+    /// Gathers the frames of all streams and sends them.
     void send(const FrameFaults &faults);
     void noteLateness(Pacer::Duration lateness);
-    void noteFault(Fault fault) { ++report.faults[static_cast<std::size_t>(fault)]; }
 
     const TalkerOptions &options;
     RawSocket &socket;
-    AafFrame frame;
+    std::vector<AafFrame> frames; ///< one a stream
+    FrameBatch batch;
     Pacer::Duration presentationStart = {}; ///< presentation time of sample 0
     TalkerReport report;
 };

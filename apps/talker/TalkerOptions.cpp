@@ -15,15 +15,26 @@ constexpr double minSeconds = 0.001;
 constexpr double maxSeconds = 1e9;
 /// Of class A, as most talkers send them.
 constexpr unsigned packetsPerSecond = 8000;
+constexpr unsigned maxStreams = 64;
 constexpr std::uint64_t maxFrames = 1'000'000'000'000;
 
 /// The options with their help.
 void addOptions(common::CommandLine &line) {
     line.addVersionOption();
     line.addOption("device", "Adapter to send on.", "NAME");
-    line.addOption("source", "Source address, which names the stream; the adapter's own by default.", "MAC");
+    line.addOption("source", "Source address; the adapter's own by default.", "MAC");
     line.addOption("destination", "Destination address, 91:e0:f0:00:fe:00 by default.", "MAC");
-    line.addOption("channels", "Channels of the stream, 2 by default.", "N");
+    line.addOption("stream-id", "ID of the stream; by default the source address, then 00:00.", "ID");
+    line.addOption("vlan",
+                   "Sends frames with an 802.1Q tag, VLAN 0 to 4094 and priority 0 to 7, 3 by default. Networks use "
+                   "VLAN 2 where nothing else is set.",
+                   "VID[:PRIORITY]");
+    line.addOption("streams",
+                   "Streams side by side, 1 by default: the last two bytes of the stream ID and the last one of the "
+                   "destination count up. Channel c of stream n is number n * channels + c for --signal. Faults are "
+                   "those of the first stream, the others show what it should be like.",
+                   "N");
+    line.addOption("channels", "Channels of each stream, 2 by default.", "N");
     line.addOption("format", "int16, int24, int32 or float32; int16 by default. Integers clip what exceeds full scale.",
                    "NAME");
     line.addOption("rate",
@@ -93,19 +104,30 @@ TalkerOptions talkerOptions(const common::CommandLine &line) {
     }
     constexpr common::MacAddress streamAddress = {0x91, 0xe0, 0xf0, 0x00, 0xfe, 0x00};
     const FrameFormat format = frameFormat(line);
+    const auto id = line.single("stream-id");
+    const auto tag = line.single("vlan");
     TalkerOptions options = {*device,
                              address(line, "source"),
                              address(line, "destination").value_or(streamAddress),
+                             id ? std::optional(common::parseStreamId(*id, "--stream-id")) : std::nullopt,
+                             tag ? std::optional(VlanTag::parse(*tag, "--vlan")) : std::nullopt,
+                             number<unsigned>(line, "streams", 1, maxStreams).value_or(1),
                              format,
                              ChannelSignals(signals, format.rate),
                              frameAmount(line, format),
                              FaultPlan()};
+    const unsigned more = options.streams - 1;
+    const common::StreamId firstId = options.streamId.value_or(common::StreamId{});
+    if (firstId[6] * 256U + firstId[7] + more > 65535 || options.destination[5] + more > 255) {
+        throw common::Refusal("--streams: the last bytes of the stream ID or the destination can't count up to " +
+                              std::to_string(options.streams) + " streams");
+    }
     for (std::size_t i = 0; i < faultOptions.size(); ++i) {
         for (const std::string &text : line.all(faultOptions[i].name)) {
             options.faults.add(static_cast<Fault>(i), text);
         }
     }
-    options.faults.check(format);
+    options.faults.check(format, options.tag.has_value());
     const FrameFormat largest = options.faults.largest(format);
     if (largest.dataLength() > FrameFormat::maxDataLength) {
         throw common::Refusal(std::to_string(largest.channels) + " channels of " +
@@ -118,7 +140,7 @@ TalkerOptions talkerOptions(const common::CommandLine &line) {
 } // namespace
 
 Command parseCommandLine(const QStringList &arguments) {
-    common::CommandLine line("Sends an AVTP audio stream.");
+    common::CommandLine line("Sends AVTP audio streams.");
     addOptions(line);
     line.parse(arguments);
     if (line.has("help")) {

@@ -8,8 +8,10 @@
 #include <QStringList>
 
 #include "common/MacAddress.h"
+#include "common/StreamId.h"
 #include "talker/ChannelSignals.h"
 #include "talker/FaultPlan.h"
+#include "talker/VlanTag.h"
 
 namespace talker {
 
@@ -18,10 +20,13 @@ struct TalkerOptions {
     std::string device;
     std::optional<common::MacAddress> source; ///< none: the adapter's own address
     common::MacAddress destination;
+    std::optional<common::StreamId> streamId; ///< none: the source with the unique ID 0
+    std::optional<VlanTag> tag;
+    unsigned streams;   ///< IDs and destinations count up from those above
     FrameFormat format; ///< at the start
     ChannelSignals signals;
     std::optional<std::uint64_t> frames; ///< none: until a signal ends the process
-    FaultPlan faults;
+    FaultPlan faults;                    ///< of the first stream
 };
 
 /// What --help or --version prints, or the stream to send.

@@ -13,6 +13,16 @@ double milliseconds(std::chrono::nanoseconds duration) {
 
 } // namespace
 
+void TalkerReport::note(const FrameFaults &ofFrame) {
+    const bool dropped = ofFrame[Fault::Drop].has_value();
+    for (std::size_t i = 0; i < faults.size(); ++i) {
+        const auto fault = static_cast<Fault>(i);
+        if (ofFrame[fault] && (!dropped || fault == Fault::Drop || faultOptions[i].lasts)) {
+            ++faults[i];
+        }
+    }
+}
+
 std::string TalkerReport::toString() const {
     std::ostringstream text;
     text << std::fixed << std::setprecision(3);

@@ -19,6 +19,9 @@ struct TalkerReport {
     std::chrono::nanoseconds worstLateness = {};
     std::uint64_t lateFrames = 0; ///< late by more than a packet interval
 
+    /// Counts the faults of a frame, those that came true.
+    void note(const FrameFaults &ofFrame);
+
     std::string toString() const;
 };
 

@@ -7,7 +7,8 @@
 
 namespace support {
 
-/// Receives the AVTP frames that arrive at an adapter from the construction on, without any code under test.
+/// Receives the AVTP frames that arrive at an adapter from the construction on, with their tags, without any code under
+/// test.
 /// Some hundred small frames may wait to be received, what comes after them is lost.
 class FrameCapture {
 public:

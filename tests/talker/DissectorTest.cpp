@@ -1,36 +1,111 @@
+#include <array>
+#include <iomanip>
 #include <sstream>
+#include <tuple>
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <pcap/pcap.h>
 
-#include "support/Dissector.h"
+#include "support/Program.h"
 #include "talker/AafFrame.h"
 
 namespace {
 
 TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
-    std::vector<std::vector<std::uint8_t>> frames;
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("frames.pcap")).toStdString();
+    pcap_t *handle = pcap_open_dead(DLT_EN10MB, 65535);
+    pcap_dumper_t *dumper = pcap_dump_open(handle, path.c_str());
+    ASSERT_NE(dumper, nullptr) << pcap_geterr(handle);
     std::ostringstream expected;
-    std::uint8_t sequence = 254;
-    for (const auto &[channels, samples] : {std::pair(1U, 1U), {2U, 6U}, {255U, 1U}, {256U, 1U}, {1023U, 32U}}) {
-        talker::AafFrame frame({2, 0, 0, 0, 0, 0x7f}, {0x91, 0xe0, 0xf0, 0, 0xfe, 0}, channels, samples);
-        frame.setSequence(sequence);
-        frame.setTimestamp(4294967295U - channels);
-        frames.emplace_back(frame.data(), frame.data() + frame.size());
-        // Address, subtype, stream ID valid, version, timestamp valid, restart, uncertain, sequence, stream ID,
-        // timestamp, 16-bit integer, 48 kHz, channels, bit depth, data length, no sparse timestamps, no events.
-        expected << "02:00:00:00:00:7f 0x02 1 0x00 1 0 0 " << unsigned{sequence} << " 0x02000000007f0000 "
-                 << 4294967295U - channels << " 0x04 0x0005 " << channels << " 16 " << 2 * channels * samples
-                 << " 0 0x00\n";
-        ++sequence;
+    unsigned number = 254;
+    for (const auto &[format, formatCode, bits] :
+         {std::tuple("int16", 4, 16U), {"int24", 3, 24U}, {"int32", 2, 32U}, {"float32", 1, 32U}}) {
+        for (const auto &[tag, tagText] :
+             {std::pair("", " "), {"0:0", "0 0"}, {"2", "2 3"}, {"2047:2", "2047 2"}, {"4094:7", "4094 7"}}) {
+            for (const auto &[hertz, rateCode] : {std::pair("8000", 1),
+                                                  {"16000", 2},
+                                                  {"32000", 3},
+                                                  {"44100", 4},
+                                                  {"48000", 5},
+                                                  {"88200", 6},
+                                                  {"96000", 7},
+                                                  {"176400", 8},
+                                                  {"192000", 9},
+                                                  {"24000", 10}}) {
+                const unsigned channels = std::array{1U, 2U, 255U, 256U, 1023U}[number / 7 % 5];
+                const unsigned samples = 1 + number % 8;
+                const unsigned id = number * 7919;
+                talker::AafFrame frame({2, 0, 0, 0, 0, 0x7f}, {0x91, 0xe0, 0xf0, 0, 0xfe, 0},
+                                       {channels, samples, talker::FrameFormat::parseFormat(format, ""),
+                                        talker::FrameFormat::parseRate(hertz, "")});
+                frame.setSequence(static_cast<std::uint8_t>(number));
+                frame.setTimestamp(4294967295U - number);
+                frame.setStreamId(
+                    {0xff, 1, 2, 3, 4, 5, static_cast<std::uint8_t>(id >> 8), static_cast<std::uint8_t>(id)});
+                const unsigned bitSet = number / 3 % 16;
+                frame.setStreamValid((bitSet & 1) != 0);
+                frame.setTimestampValid((bitSet & 2) != 0);
+                frame.setTimestampUncertain((bitSet & 4) != 0);
+                if ((bitSet & 8) != 0) {
+                    frame.toggleClockRestart();
+                }
+                if (*tag != 0) {
+                    frame.setTag(talker::VlanTag::parse(tag, ""));
+                }
+                frame.setSample(samples - 1, channels - 1, -0.5);
+                const auto size = static_cast<bpf_u_int32>(frame.size());
+                const pcap_pkthdr header = {{}, size, size};
+                pcap_dump(reinterpret_cast<u_char *>(dumper), &header, frame.data());
+                // Tag, address, subtype, stream ID valid, version, timestamp valid, restart, uncertain, sequence,
+                // stream ID, timestamp, format, rate, channels, bit depth, data length, no sparse timestamps, no
+                // events, the last sample.
+                expected << tagText << " 02:00:00:00:00:7f 0x02 " << (bitSet & 1) << " 0x00 " << (bitSet >> 1 & 1)
+                         << ' ' << (bitSet >> 3 & 1) << ' ' << (bitSet >> 2 & 1) << ' ' << number % 256
+                         << " 0xff0102030405" << std::hex << std::setfill('0') << std::setw(4) << id % 65536 << std::dec
+                         << ' ' << 4294967295U - number << " 0x0" << formatCode << " 0x" << std::hex << std::setw(4)
+                         << rateCode << std::dec << ' ' << channels << ' ' << bits << ' '
+                         << bits / 8 * channels * samples << " 0 0x00 "
+                         << std::string(*format == 'f' ? "bf000000" : "c0000000").substr(0, bits / 4) << '\n';
+                ++number;
+            }
+        }
     }
+    pcap_dump_close(dumper);
+    pcap_close(handle);
 
-    const support::Dissector dissector(frames);
-    EXPECT_EQ(dissector.fields({"eth.src", "ieee1722.subtype", "ieee1722.svfield", "ieee1722.verfield", "aaf.tvfield",
-                                "aaf.mrfield", "aaf.tufield", "aaf.seqnum", "aaf.stream_id", "aaf.avtp_timestamp",
-                                "aaf.format_info", "aaf.nominal_sample_rate", "aaf.channels_per_frame", "aaf.bit_depth",
-                                "aaf.stream_data_len", "aaf.sparse_timestamp", "aaf.evtfield"}),
-              expected.str());
-    EXPECT_EQ(dissector.complaints(), "");
+    std::vector<std::string> arguments = {"-r", path, "-T", "fields", "-E", "separator=/s", "-E", "occurrence=l"};
+    for (const char *field : {"vlan.id",
+                              "vlan.priority",
+                              "eth.src",
+                              "ieee1722.subtype",
+                              "ieee1722.svfield",
+                              "ieee1722.verfield",
+                              "aaf.tvfield",
+                              "aaf.mrfield",
+                              "aaf.tufield",
+                              "aaf.seqnum",
+                              "aaf.stream_id",
+                              "aaf.avtp_timestamp",
+                              "aaf.format_info",
+                              "aaf.nominal_sample_rate",
+                              "aaf.channels_per_frame",
+                              "aaf.bit_depth",
+                              "aaf.stream_data_len",
+                              "aaf.sparse_timestamp",
+                              "aaf.evtfield",
+                              "aaf.data.sample"}) {
+        arguments.insert(arguments.end(), {"-e", field});
+    }
+    const support::Program::Result fields = support::Program("tshark", arguments).wait();
+    EXPECT_EQ(fields.exitStatus, 0) << fields.err;
+    EXPECT_EQ(fields.out, expected.str());
+
+    const support::Program::Result complaints =
+        support::Program("tshark", {"-r", path, "-Y", "_ws.expert or _ws.malformed"}).wait();
+    EXPECT_EQ(complaints.exitStatus, 0) << complaints.err;
+    EXPECT_EQ(complaints.out, "");
 }
 
 } // namespace

@@ -23,6 +23,8 @@ struct Sent {
     unsigned channels = 2;
     std::size_t size = 0;                               ///< 0: complete
     std::optional<std::uint16_t> length = std::nullopt; ///< none: the true one
+    std::string format = "int16";
+    std::vector<std::pair<std::size_t, Frame>> changes = {}; ///< bytes that differ from those of a good frame
 };
 
 struct FaultCase {
@@ -34,7 +36,8 @@ struct FaultCase {
 /// The frame that must have been sent, with the timestamp of the received one.
 Frame expectedFrame(const Sent &sent, const Frame &received) {
     const talker::Signal ramp = talker::Signal::parse("ramp", 48000);
-    talker::AafFrame frame({2, 0, 0, 0, 0, 1}, {0x91, 0xe0, 0xf0, 0, 0xfe, 0x0a}, sent.channels, 6);
+    talker::AafFrame frame({2, 0, 0, 0, 0, 1}, {0x91, 0xe0, 0xf0, 0, 0xfe, 0x0a},
+                           {sent.channels, 6, talker::FrameFormat::parseFormat(sent.format, "")});
     frame.setSequence(static_cast<std::uint8_t>(sent.index));
     for (unsigned sample = 0; sample < 6; ++sample) {
         for (unsigned channel = 0; channel < sent.channels; ++channel) {
@@ -45,6 +48,9 @@ Frame expectedFrame(const Sent &sent, const Frame &received) {
         frame.setDataLength(*sent.length);
     }
     Frame bytes(frame.data(), frame.data() + (sent.size == 0 ? frame.size() : sent.size));
+    for (const auto &[offset, changed] : sent.changes) {
+        std::copy(changed.begin(), changed.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+    }
     for (std::size_t i = 26; i < 30 && i < std::min(bytes.size(), received.size()); ++i) {
         bytes[i] = received[i];
     }
@@ -70,18 +76,41 @@ void expectOnTheWire(const FaultCase &run) {
 }
 
 TEST(Live, faultsReachTheWireAndNothingElseChanges) {
-    const std::vector<FaultCase> table = {{{}, {{0}, {1}, {2}, {3}, {4}, {5}}, "none"},
-                                          {{"--drop", "0", "--drop", "3", "--drop", "2"}, {{1}, {4}, {5}}, "3 drop"},
-                                          {{"--channels-at", "4:1", "--channels-at", "1:9"},
-                                           {{0}, {1, 9}, {2, 9}, {3, 9}, {4, 1}, {5, 1}},
-                                           "2 channels-at"},
-                                          {{"--truncate", "1:15", "--truncate", "3:37", "--truncate", "4:61"},
-                                           {{0}, {1, 2, 15}, {2}, {3, 2, 37}, {4, 2, 61}, {5}},
-                                           "3 truncate"},
-                                          {{"--drop", "1", "--channels-at", "1:3", "--repeat", "2", "--truncate",
-                                            "2:70", "--length-at", "2:7", "--drop", "99"},
-                                           {{0}, {2, 3, 70, 7}, {2, 3, 70, 7}, {3, 3}, {4, 3}, {5, 3}},
-                                           "1 drop, 1 repeat, 1 channels-at, 1 truncate, 1 length-at"}};
+    const std::vector<FaultCase> table = {
+        {{}, {{0}, {1}, {2}, {3}, {4}, {5}}, "none"},
+        {{"--drop", "0", "--drop", "3", "--drop", "2"}, {{1}, {4}, {5}}, "3 drop"},
+        {{"--channels-at", "4:1", "--channels-at", "1:9"},
+         {{0}, {1, 9}, {2, 9}, {3, 9}, {4, 1}, {5, 1}},
+         "2 channels-at"},
+        {{"--truncate", "1:15", "--truncate", "3:37", "--truncate", "4:61"},
+         {{0}, {1, 2, 15}, {2}, {3, 2, 37}, {4, 2, 61}, {5}},
+         "3 truncate"},
+        {{"--drop", "1", "--channels-at", "1:3", "--repeat", "2", "--truncate", "2:70", "--length-at", "2:7", "--drop",
+          "99"},
+         {{0}, {2, 3, 70, 7}, {2, 3, 70, 7}, {3, 3}, {4, 3}, {5, 3}},
+         "1 drop, 1 repeat, 1 channels-at, 1 truncate, 1 length-at"},
+        {{"--uncertain", "0", "--untimed", "1", "--invalid", "2", "--restart-at", "3", "--drop", "3", "--rate-at",
+          "2:96000", "--restart-at", "5"},
+         {{0, 2, 0, {}, "int16", {{17, {1}}}},
+          {1, 2, 0, {}, "int16", {{15, {0x80}}}},
+          {2, 2, 0, {}, "int16", {{15, {0x01}}, {31, {0x70}}}},
+          {4, 2, 0, {}, "int16", {{15, {0x89}}, {31, {0x70}}}},
+          {5, 2, 0, {}, "int16", {{31, {0x70}}}}},
+         "1 drop, 1 rate-at, 2 restart-at, 1 uncertain, 1 untimed, 1 invalid"},
+        {{"--format", "int24", "--format-at", "1:float32", "--format-at", "4:int32", "--non-finite", "2", "--truncate",
+          "3:70"},
+         {{0, 2, 0, {}, "int24"},
+          {1, 2, 0, {}, "float32"},
+          {2,
+           2,
+           0,
+           {},
+           "float32",
+           {{38, {0x7f, 0xc0, 0, 0, 0x7f, 0xc0, 0, 0}}, {78, {0x7f, 0x80, 0, 0, 0x7f, 0x80, 0, 0}}}},
+          {3, 2, 70, {}, "float32"},
+          {4, 2, 0, {}, "int32"},
+          {5, 2, 0, {}, "int32"}},
+         "2 format-at, 1 truncate, 1 non-finite"}};
     for (const FaultCase &run : table) {
         SCOPED_TRACE(run.faults);
         expectOnTheWire(run);
@@ -92,26 +121,42 @@ std::uint32_t timestamp(const Frame &frame) {
     return std::uint32_t{frame[26]} << 24 | std::uint32_t{frame[27]} << 16 | std::uint32_t{frame[28]} << 8 | frame[29];
 }
 
-TEST(Live, sequenceAndTimestampAdvanceWithEveryFrame) {
-    support::FrameCapture capture("lo");
-    const support::Program::Result result =
-        support::Program(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001", "--samples-per-packet", "7",
-                                         "--seconds", "0.044"})
-            .wait();
-    EXPECT_EQ(result.exitStatus, 0) << result.err;
-    const std::vector<Frame> frames = capture.receive(302); // 0.044 s are 2112 samples
-    ASSERT_EQ(frames.size(), 302U);
-    for (std::uint32_t i = 0; i < 302; ++i) {
-        EXPECT_EQ(frames[i][16], i % 256);
-        // The start of the time line lies anywhere within a nanosecond.
-        EXPECT_NEAR(timestamp(frames[i]) - timestamp(frames[0]), i * 7e9 / 48000, 1.0) << i;
-    }
-}
-
 /// The number that follows a text in a summary.
 double numberAfter(const std::string &summary, const std::string &text) {
     const std::size_t position = summary.find(text);
     return position == std::string::npos ? -1.0 : std::stod(summary.substr(position + text.size()));
+}
+
+TEST(Live, sequenceAndTimestampAdvanceWithEveryFrame) {
+    struct Pace {
+        Arguments arguments;
+        std::uint32_t rate;
+        std::uint32_t samples;
+        std::uint32_t frames;
+    };
+    const std::vector<Pace> table = {
+        {{"--samples-per-packet", "7", "--seconds", "0.044"}, 48000, 7, 302}, // 2112 samples
+        {{"--rate", "44100", "--seconds", "0.03"}, 44100, 6, 221},
+        {{"--rate", "8000", "--frames", "270"}, 8000, 1, 270},
+        {{"--rate", "192000", "--frames", "270"}, 192000, 24, 270}};
+    for (const Pace &pace : table) {
+        SCOPED_TRACE(pace.rate);
+        support::FrameCapture capture("lo");
+        Arguments arguments = {"--device", "lo", "--source", "020000000001"};
+        arguments.insert(arguments.end(), pace.arguments.begin(), pace.arguments.end());
+        const support::Program::Result result = support::Program(SONVEX_TALKER, arguments).wait();
+        EXPECT_EQ(result.exitStatus, 0) << result.err;
+        const double lastDue = (pace.frames - 1.0) * pace.samples / pace.rate;
+        EXPECT_GE(numberAfter(result.out, "samples per channel, in "), lastDue - 0.001) << "too early";
+        const std::vector<Frame> frames = capture.receive(pace.frames);
+        ASSERT_EQ(frames.size(), pace.frames);
+        for (std::uint32_t i = 0; i < pace.frames; ++i) {
+            EXPECT_EQ(frames[i].size(), 38 + 4 * pace.samples);
+            EXPECT_EQ(frames[i][16], i % 256);
+            // The start of the time line lies anywhere within a nanosecond.
+            EXPECT_NEAR(timestamp(frames[i]) - timestamp(frames[0]), i * 1e9 * pace.samples / pace.rate, 1.0) << i;
+        }
+    }
 }
 
 TEST(Live, signalsEndAnEndlessStreamWithASummary) {
@@ -167,6 +212,48 @@ protected:
     void TearDown() override { support::removeInterface("talk0"); }
 };
 
+TEST_F(LiveVeth, streamsGoSideBySideWithTagsAndNumbersOfTheirOwn) {
+    support::FrameCapture capture("hear0");
+    const support::Program::Result result = support::Program(SONVEX_TALKER, {"--device",      "talk0",
+                                                                             "--source",      "020000000001",
+                                                                             "--frames",      "2",
+                                                                             "--streams",     "3",
+                                                                             "--stream-id",   "0a:0b:0c:0d:0e:0f:00:ff",
+                                                                             "--vlan",        "2:5",
+                                                                             "--signal",      "ramp",
+                                                                             "--signal",      "silence",
+                                                                             "--signal",      "square:0:0.5",
+                                                                             "--signal",      "ramp",
+                                                                             "--channels",    "2",
+                                                                             "--drop",        "0",
+                                                                             "--channels-at", "1:1"})
+                                                .wait();
+    EXPECT_EQ(result.exitStatus, 0) << result.err;
+    EXPECT_EQ(result.out.find("Sent 5 frames, 12 samples per channel"), 0U) << result.out;
+    const std::vector<Frame> frames = capture.receive(5);
+    ASSERT_EQ(frames.size(), 5U);
+    const auto codes = [](unsigned first, unsigned second) {
+        return Frame({static_cast<std::uint8_t>(first >> 8), static_cast<std::uint8_t>(first),
+                      static_cast<std::uint8_t>(second >> 8), static_cast<std::uint8_t>(second)});
+    };
+    std::size_t next = 0;
+    for (std::uint8_t sequence = 0; sequence < 2; ++sequence) {
+        for (std::uint8_t stream = sequence == 0 ? 1 : 0; stream < 3; ++stream) {
+            const Frame &frame = frames[next++];
+            const unsigned ramp = sequence * 6;
+            const Frame samples[] = {codes(ramp, ramp + 1), codes(16384, 3000 + ramp), codes(4000 + ramp, 5000 + ramp)};
+            Frame begin = {0x91, 0xe0, 0xf0, 0, 0xfe, stream, 2, 0, 0, 0, 0, 1, 0x81, 0, 0xa0, 2, 0x22, 0xf0};
+            Frame expected = {2, 0x81, sequence, 0, 10, 11, 12, 13, 14, 15};
+            begin.insert(begin.end(), expected.begin(), expected.end());
+            begin.push_back(stream == 0 ? 0 : 1);
+            begin.push_back(static_cast<std::uint8_t>(stream - 1));
+            EXPECT_EQ(Frame(frame.begin(), frame.begin() + 30), begin) << next;
+            EXPECT_EQ(Frame(frame.begin() + 42, frame.begin() + 46), samples[stream]) << next;
+            EXPECT_EQ(frame.size(), stream == 0 ? 54U : 66U);
+        }
+    }
+}
+
 TEST_F(LiveVeth, theAdaptersOwnAddressNamesTheStreamByDefault) {
     support::FrameCapture capture("hear0");
     ASSERT_EQ(support::Program("ip", {"link", "set", "talk0", "address", "02:0a:0b:0c:0d:0e"}).wait().exitStatus, 0);
@@ -184,19 +271,23 @@ TEST_F(LiveVeth, theAdaptersOwnAddressNamesTheStreamByDefault) {
 
 TEST_F(LiveVeth, aFrameFillsTheAdaptersLimitAndNoByteMore) {
     support::FrameCapture capture("hear0");
-    const auto run = [](const char *channels, const char *laterChannels) {
-        return support::Program(SONVEX_TALKER, {"--device", "talk0", "--frames", "1", "--samples-per-packet", "1",
-                                                "--channels", channels, "--channels-at", laterChannels})
-            .wait();
+    const auto run = [](const Arguments &more) {
+        Arguments arguments = {"--device", "talk0", "--frames", "1", "--samples-per-packet", "1", "--channels"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return support::Program(SONVEX_TALKER, arguments).wait();
     };
-    EXPECT_EQ(run("738", "7:2").exitStatus, 0);
-    const std::vector<Frame> frames = capture.receive(1);
-    ASSERT_EQ(frames.size(), 1U);
-    EXPECT_EQ(frames[0].size(), 1514U);
-    for (const auto &refused : {run("739", "7:2"), run("2", "7:739")}) {
-        EXPECT_EQ(refused.exitStatus, 2);
-        EXPECT_NE(refused.err.find("1502"), std::string::npos) << refused.err;
+    for (const bool tagged : {false, true}) {
+        const auto sent = run(tagged ? Arguments{"738", "--vlan", "0"} : Arguments{"738"});
+        EXPECT_EQ(sent.exitStatus, 0) << sent.err;
+        const std::vector<Frame> frames = capture.receive(1);
+        ASSERT_EQ(frames.size(), 1U);
+        EXPECT_EQ(frames[0].size(), tagged ? 1518U : 1514U);
     }
+    for (const Arguments &tooMuch :
+         {Arguments{"739"}, Arguments{"739", "--vlan", "0"}, {"2", "--channels-at", "7:739"}}) {
+        support::expectRefusal(run(tooMuch), 2, "1502");
+    }
+    support::expectRefusal(run({"370", "--format-at", "8:int32"}), 2, "1504");
 }
 
 } // namespace
