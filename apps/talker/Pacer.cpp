@@ -1,6 +1,6 @@
 #include "talker/Pacer.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <ctime>
 
 #include <sys/prctl.h>
@@ -10,6 +10,7 @@ namespace talker {
 namespace {
 
 constexpr Pacer::Duration::rep nanosecondsPerSecond = 1'000'000'000;
+constexpr Pacer::Duration longestPart = std::chrono::milliseconds(100);
 
 Pacer::Duration monotonicNow() {
     timespec now = {};
@@ -25,11 +26,11 @@ Pacer::Pacer() : start(monotonicNow()) {
 }
 
 bool Pacer::waitUntil(Duration moment, const std::atomic<bool> &stop) const {
-    const Duration::rep deadline = (start + moment).count();
-    const timespec time = {deadline / nanosecondsPerSecond, deadline % nanosecondsPerSecond};
-    int result = EINTR;
-    while (!stop && result == EINTR) {
-        result = clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &time, nullptr);
+    // In parts, as a signal that arrives just before the system's call does not interrupt it.
+    for (Duration now = elapsed(); !stop && now < moment; now = elapsed()) {
+        const Duration::rep deadline = (start + std::min(moment, now + longestPart)).count();
+        const timespec time = {deadline / nanosecondsPerSecond, deadline % nanosecondsPerSecond};
+        clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &time, nullptr);
     }
     return !stop;
 }

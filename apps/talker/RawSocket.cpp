@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include <linux/if_ether.h>
 #include <linux/if_packet.h>
 #include <net/if.h>
 #include <net/if_arp.h>
@@ -66,6 +67,11 @@ RawSocket::RawSocket(const std::string &device) : device(device), socket(openSoc
     target.sll_family = AF_PACKET;
     target.sll_ifindex = static_cast<int>(if_nametoindex(device.c_str()));
     require(bind(socket.get(), reinterpret_cast<const sockaddr *>(&target), sizeof(target)) == 0);
+}
+
+bool RawSocket::takes(const std::uint8_t *bytes, std::size_t size) const {
+    const bool tagged = (bytes[ETH_HLEN - 2] << 8 | bytes[ETH_HLEN - 1]) == VlanTag::protocol;
+    return size <= ETH_HLEN + (tagged ? VlanTag::size : 0) + getMtu(tagged);
 }
 
 void RawSocket::send(const std::uint8_t *bytes, std::size_t size) {

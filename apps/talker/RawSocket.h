@@ -20,6 +20,8 @@ public:
     const std::string &getDevice() const { return device; }
     /// Bytes that a frame may carry behind its Ethernet header, and behind its tag if it has one.
     std::size_t getMtu(bool tagged) const { return tagged && !takesTagsBeside ? mtu - VlanTag::size : mtu; }
+    /// @pre the frame has an Ethernet header
+    bool takes(const std::uint8_t *bytes, std::size_t size) const;
     /// All zero on a loopback adapter.
     const common::MacAddress &getAddress() const { return address; }
 

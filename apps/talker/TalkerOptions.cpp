@@ -1,7 +1,9 @@
 #include "talker/TalkerOptions.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <vector>
 
 #include "common/CommandLine.h"
 #include "common/Refusal.h"
@@ -51,6 +53,12 @@ void addOptions(common::CommandLine &line) {
                    "SPEC");
     line.addOption("seconds", "End after this time; without it and --frames only a signal ends the talker.", "T");
     line.addOption("frames", "End after this many frames.", "N");
+    line.addOption("replay",
+                   "Sends the frames of a capture file, pcap or pcapng, at the times that they have in it. Pauses of "
+                   "more than 10 s are cut to that, and times that go back go on from there. Frames that the capture "
+                   "has cut and those that the adapter doesn't take are left out and counted. Of the other options, "
+                   "only --device, --seconds and --frames go with it.",
+                   "FILE");
     for (const FaultOption &fault : faultOptions) {
         line.addOption(fault.name, (std::string("Fault: ") + fault.help).c_str(), fault.value);
     }
@@ -67,17 +75,36 @@ std::optional<common::MacAddress> address(const common::CommandLine &line, const
     return text ? std::optional(common::parseMacAddress(*text, std::string("--") + name)) : std::nullopt;
 }
 
-std::optional<std::uint64_t> frameAmount(const common::CommandLine &line, const FrameFormat &format) {
-    const auto seconds = number<double>(line, "seconds", minSeconds, maxSeconds);
-    const auto frames = number<std::uint64_t>(line, "frames", 1, maxFrames);
-    if (seconds && frames) {
+/// When to end: after a time, an amount of frames, or neither.
+struct End {
+    std::optional<double> seconds;
+    std::optional<std::uint64_t> frames;
+};
+
+End end(const common::CommandLine &line) {
+    const End result = {number<double>(line, "seconds", minSeconds, maxSeconds),
+                        number<std::uint64_t>(line, "frames", 1, maxFrames)};
+    if (result.seconds && result.frames) {
         throw common::Refusal("--seconds and --frames exclude each other");
     }
+    return result;
+}
+
+std::optional<std::uint64_t> frameAmount(const common::CommandLine &line, const FrameFormat &format) {
+    const auto [seconds, frames] = end(line);
     if (seconds) {
         const double samples = *seconds * format.rate;
         return static_cast<std::uint64_t>(std::max(1LL, std::llround(samples / format.samplesPerChannel)));
     }
     return frames;
+}
+
+std::string device(const common::CommandLine &line) {
+    const auto name = line.single("device");
+    if (!name) {
+        throw common::Refusal("--device is missing: name the adapter to send on");
+    }
+    return *name;
 }
 
 FrameFormat frameFormat(const common::CommandLine &line) {
@@ -93,11 +120,27 @@ FrameFormat frameFormat(const common::CommandLine &line) {
     return format;
 }
 
-TalkerOptions talkerOptions(const common::CommandLine &line) {
-    const auto device = line.single("device");
-    if (!device) {
-        throw common::Refusal("--device is missing: name the adapter to send on");
+ReplayOptions replayOptions(const common::CommandLine &line, const std::string &path) {
+    std::vector<const char *> others = {"source", "destination", "stream-id",          "vlan",  "streams", "channels",
+                                        "format", "rate",        "samples-per-packet", "signal"};
+    for (const FaultOption &fault : faultOptions) {
+        others.push_back(fault.name);
     }
+    for (const char *other : others) {
+        if (line.has(other)) {
+            throw common::Refusal("--replay and --" + std::string(other) + " exclude each other");
+        }
+    }
+    const auto [seconds, frames] = end(line);
+    ReplayOptions options = {device(line), path, frames, std::nullopt};
+    if (seconds) {
+        options.duration = std::chrono::nanoseconds(std::llround(*seconds * 1e9));
+    }
+    return options;
+}
+
+TalkerOptions talkerOptions(const common::CommandLine &line) {
+    const std::string adapter = device(line);
     auto signals = line.all("signal");
     if (signals.empty()) {
         signals.emplace_back("sine:1000:0.5");
@@ -106,7 +149,7 @@ TalkerOptions talkerOptions(const common::CommandLine &line) {
     const FrameFormat format = frameFormat(line);
     const auto id = line.single("stream-id");
     const auto tag = line.single("vlan");
-    TalkerOptions options = {*device,
+    TalkerOptions options = {adapter,
                              address(line, "source"),
                              address(line, "destination").value_or(streamAddress),
                              id ? std::optional(common::parseStreamId(*id, "--stream-id")) : std::nullopt,
@@ -140,7 +183,7 @@ TalkerOptions talkerOptions(const common::CommandLine &line) {
 } // namespace
 
 Command parseCommandLine(const QStringList &arguments) {
-    common::CommandLine line("Sends AVTP audio streams.");
+    common::CommandLine line("Sends AVTP audio streams, or the frames of a capture file.");
     addOptions(line);
     line.parse(arguments);
     if (line.has("help")) {
@@ -149,7 +192,8 @@ Command parseCommandLine(const QStringList &arguments) {
     if (line.has("version")) {
         return std::string("sonvex-talker " TALKER_VERSION "\n");
     }
-    return talkerOptions(line);
+    const auto path = line.single("replay");
+    return path ? Command(replayOptions(line, *path)) : Command(talkerOptions(line));
 }
 
 } // namespace talker

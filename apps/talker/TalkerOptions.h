@@ -11,11 +11,12 @@
 #include "common/StreamId.h"
 #include "talker/ChannelSignals.h"
 #include "talker/FaultPlan.h"
+#include "talker/ReplayOptions.h"
 #include "talker/VlanTag.h"
 
 namespace talker {
 
-/// What the command line asks for.
+/// What the command line asks for where streams are to be sent.
 struct TalkerOptions {
     std::string device;
     std::optional<common::MacAddress> source; ///< none: the adapter's own address
@@ -29,8 +30,8 @@ struct TalkerOptions {
     FaultPlan faults;                    ///< of the first stream
 };
 
-/// What --help or --version prints, or the stream to send.
-using Command = std::variant<std::string, TalkerOptions>;
+/// What --help or --version prints, or what is to be sent.
+using Command = std::variant<std::string, TalkerOptions, ReplayOptions>;
 
 /// @param arguments the program's name first
 /// @throws common::Refusal for everything that is wrong without a look at the adapter

@@ -2,6 +2,7 @@
 #include <cerrno>
 #include <csignal>
 #include <iostream>
+#include <stdexcept>
 #include <system_error>
 
 #include <QCoreApplication>
@@ -11,6 +12,7 @@
 #include "common/fillStandardDescriptors.h"
 #include "common/runProgram.h"
 #include "talker/RawSocket.h"
+#include "talker/Replay.h"
 #include "talker/Talker.h"
 #include "talker/TalkerOptions.h"
 
@@ -44,24 +46,31 @@ int print(const std::string &text) {
     return 0;
 }
 
-int talk(const talker::TalkerOptions &options) {
+/// @tparam Sender what sends by these options
+template <class Sender, class Options>
+int send(const Options &options) {
     talker::RawSocket socket(options.device);
-    talker::Talker talker(options, socket);
+    Sender sender(options, socket);
     stopOnSignals();
     int status = 0;
     try {
-        talker.run(stopRequested);
-    } catch (const std::system_error &error) {
+        sender.run(stopRequested);
+    } catch (const std::runtime_error &error) {
         common::complain(error.what());
         status = common::Refusal::failure;
     }
-    print(talker.getReport().toString());
+    print(sender.getReport().toString());
     return status;
 }
 
 int execute(const talker::Command &command) {
-    const auto *options = std::get_if<talker::TalkerOptions>(&command);
-    return options ? talk(*options) : print(std::get<std::string>(command));
+    if (const auto *options = std::get_if<talker::TalkerOptions>(&command)) {
+        return send<talker::Talker>(*options);
+    }
+    if (const auto *options = std::get_if<talker::ReplayOptions>(&command)) {
+        return send<talker::Replay>(*options);
+    }
+    return print(std::get<std::string>(command));
 }
 
 } // namespace

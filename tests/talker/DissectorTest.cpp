@@ -1,12 +1,13 @@
 #include <array>
 #include <iomanip>
+#include <optional>
 #include <sstream>
 #include <tuple>
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-#include <pcap/pcap.h>
 
+#include "CaptureWriter.h"
 #include "support/Program.h"
 #include "talker/AafFrame.h"
 
@@ -15,9 +16,7 @@ namespace {
 TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("frames.pcap")).toStdString();
-    pcap_t *handle = pcap_open_dead(DLT_EN10MB, 65535);
-    pcap_dumper_t *dumper = pcap_dump_open(handle, path.c_str());
-    ASSERT_NE(dumper, nullptr) << pcap_geterr(handle);
+    std::optional<CaptureWriter> writer(path);
     std::ostringstream expected;
     unsigned number = 254;
     for (const auto &[format, formatCode, bits] :
@@ -55,9 +54,7 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
                     frame.setTag(talker::VlanTag::parse(tag, ""));
                 }
                 frame.setSample(samples - 1, channels - 1, -0.5);
-                const auto size = static_cast<bpf_u_int32>(frame.size());
-                const pcap_pkthdr header = {{}, size, size};
-                pcap_dump(reinterpret_cast<u_char *>(dumper), &header, frame.data());
+                writer->add({frame.data(), frame.data() + frame.size()});
                 // Tag, address, subtype, stream ID valid, version, timestamp valid, restart, uncertain, sequence,
                 // stream ID, timestamp, format, rate, channels, bit depth, data length, no sparse timestamps, no
                 // events, the last sample.
@@ -72,8 +69,7 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
             }
         }
     }
-    pcap_dump_close(dumper);
-    pcap_close(handle);
+    writer.reset();
 
     std::vector<std::string> arguments = {"-r", path, "-T", "fields", "-E", "separator=/s", "-E", "occurrence=l"};
     for (const char *field : {"vlan.id",
