@@ -20,7 +20,7 @@ inline std::uint32_t encodeSample(const common::AafFormat &format, double value)
         std::memcpy(&bits, &nearest, sizeof(bits));
         return bits;
     }
-    const auto fullScale = static_cast<double>(std::uint64_t{1} << (8 * format.bytes - 1));
+    const double fullScale = format.bytes == 2 ? 32768.0 : format.bytes == 3 ? 8388608.0 : 2147483648.0;
     return static_cast<std::uint32_t>(std::llround(std::clamp(value * fullScale, -fullScale, fullScale - 1.0)));
 }
 

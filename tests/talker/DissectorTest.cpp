@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "CaptureWriter.h"
+#include "common/Text.h"
 #include "support/Program.h"
 #include "talker/AafFrame.h"
 
@@ -23,16 +24,10 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
          {std::tuple("int16", 4, 16U), {"int24", 3, 24U}, {"int32", 2, 32U}, {"float32", 1, 32U}}) {
         for (const auto &[tag, tagText] :
              {std::pair("", " "), {"0:0", "0 0"}, {"2", "2 3"}, {"2047:2", "2047 2"}, {"4094:7", "4094 7"}}) {
-            for (const auto &[hertz, rateCode] : {std::pair("8000", 1),
-                                                  {"16000", 2},
-                                                  {"32000", 3},
-                                                  {"44100", 4},
-                                                  {"48000", 5},
-                                                  {"88200", 6},
-                                                  {"96000", 7},
-                                                  {"176400", 8},
-                                                  {"192000", 9},
-                                                  {"24000", 10}}) {
+            unsigned rateCode = 0;
+            for (const std::string &hertz :
+                 text::split("8000 16000 32000 44100 48000 88200 96000 176400 192000 24000", ' ')) {
+                ++rateCode;
                 const unsigned channels = std::array{1U, 2U, 255U, 256U, 1023U}[number / 7 % 5];
                 const unsigned samples = 1 + number % 8;
                 const unsigned id = number * 7919;
@@ -72,26 +67,12 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
     writer.reset();
 
     std::vector<std::string> arguments = {"-r", path, "-T", "fields", "-E", "separator=/s", "-E", "occurrence=l"};
-    for (const char *field : {"vlan.id",
-                              "vlan.priority",
-                              "eth.src",
-                              "ieee1722.subtype",
-                              "ieee1722.svfield",
-                              "ieee1722.verfield",
-                              "aaf.tvfield",
-                              "aaf.mrfield",
-                              "aaf.tufield",
-                              "aaf.seqnum",
-                              "aaf.stream_id",
-                              "aaf.avtp_timestamp",
-                              "aaf.format_info",
-                              "aaf.nominal_sample_rate",
-                              "aaf.channels_per_frame",
-                              "aaf.bit_depth",
-                              "aaf.stream_data_len",
-                              "aaf.sparse_timestamp",
-                              "aaf.evtfield",
-                              "aaf.data.sample"}) {
+    for (const std::string &field :
+         text::split("vlan.id vlan.priority eth.src ieee1722.subtype ieee1722.svfield ieee1722.verfield aaf.tvfield "
+                     "aaf.mrfield aaf.tufield aaf.seqnum aaf.stream_id aaf.avtp_timestamp aaf.format_info "
+                     "aaf.nominal_sample_rate aaf.channels_per_frame aaf.bit_depth aaf.stream_data_len "
+                     "aaf.sparse_timestamp aaf.evtfield aaf.data.sample",
+                     ' ')) {
         arguments.insert(arguments.end(), {"-e", field});
     }
     const support::Program::Result fields = support::Program("tshark", arguments).wait();

@@ -27,6 +27,12 @@ struct Sent {
     std::vector<std::pair<std::size_t, Frame>> changes = {}; ///< bytes that differ from those of a good frame
 };
 
+using Changes = std::vector<std::pair<std::size_t, Frame>>;
+
+Sent changed(unsigned index, const char *format, const Changes &changes = {}) {
+    return {index, 2, 0, {}, format, changes};
+}
+
 struct FaultCase {
     Arguments arguments;
     std::vector<Sent> sent;
@@ -76,6 +82,8 @@ void expectOnTheWire(const FaultCase &run) {
 }
 
 TEST(Live, faultsReachTheWireAndNothingElseChanges) {
+    const Frame nan = {0x7f, 0xc0, 0, 0, 0x7f, 0xc0, 0, 0}; // in two channels
+    const Frame infinity = {0x7f, 0x80, 0, 0, 0x7f, 0x80, 0, 0};
     const std::vector<FaultCase> table = {
         {{}, {{0}, {1}, {2}, {3}, {4}, {5}}, "none"},
         {{"--drop", "0", "--drop", "3", "--drop", "2"}, {{1}, {4}, {5}}, "3 drop"},
@@ -91,25 +99,18 @@ TEST(Live, faultsReachTheWireAndNothingElseChanges) {
          "1 drop, 1 repeat, 1 channels-at, 1 truncate, 1 length-at"},
         {{"--uncertain", "0", "--untimed", "1", "--invalid", "2", "--restart-at", "3", "--drop", "3", "--rate-at",
           "2:96000", "--restart-at", "5"},
-         {{0, 2, 0, {}, "int16", {{17, {1}}}},
-          {1, 2, 0, {}, "int16", {{15, {0x80}}}},
-          {2, 2, 0, {}, "int16", {{15, {0x01}}, {31, {0x70}}}},
-          {4, 2, 0, {}, "int16", {{15, {0x89}}, {31, {0x70}}}},
-          {5, 2, 0, {}, "int16", {{31, {0x70}}}}},
+         {changed(0, "int16", {{17, {1}}}), changed(1, "int16", {{15, {0x80}}}),
+          changed(2, "int16", {{15, {0x01}}, {31, {0x70}}}), changed(4, "int16", {{15, {0x89}}, {31, {0x70}}}),
+          changed(5, "int16", {{31, {0x70}}})},
          "1 drop, 1 rate-at, 2 restart-at, 1 uncertain, 1 untimed, 1 invalid"},
         {{"--format", "int24", "--format-at", "1:float32", "--format-at", "4:int32", "--non-finite", "2", "--truncate",
           "3:70"},
-         {{0, 2, 0, {}, "int24"},
-          {1, 2, 0, {}, "float32"},
-          {2,
-           2,
-           0,
-           {},
-           "float32",
-           {{38, {0x7f, 0xc0, 0, 0, 0x7f, 0xc0, 0, 0}}, {78, {0x7f, 0x80, 0, 0, 0x7f, 0x80, 0, 0}}}},
+         {changed(0, "int24"),
+          changed(1, "float32"),
+          changed(2, "float32", {{38, nan}, {78, infinity}}),
           {3, 2, 70, {}, "float32"},
-          {4, 2, 0, {}, "int32"},
-          {5, 2, 0, {}, "int32"}},
+          changed(4, "int32"),
+          changed(5, "int32")},
          "2 format-at, 1 truncate, 1 non-finite"}};
     for (const FaultCase &run : table) {
         SCOPED_TRACE(run.faults);
