@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fstream>
 #include <iterator>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -27,6 +29,12 @@ void Program::signal(int number) {
 bool Program::hasEnded() {
     process_.waitForFinished(0);
     return process_.state() == QProcess::NotRunning;
+}
+
+bool Program::isAsleep() const {
+    std::ifstream file("/proc/" + std::to_string(process_.processId()) + "/stat");
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    return text.find(") S ") != std::string::npos;
 }
 
 Program::Result Program::wait(int patience) {

@@ -21,6 +21,8 @@ public:
 
     void signal(int number);
     bool hasEnded();
+    /// Whether it waits for a moment or an event.
+    bool isAsleep() const;
 
     /// Waits for its end, so many milliseconds at most.
     Result wait(int patience = 60'000);

@@ -9,6 +9,7 @@
 #include "support/FrameCapture.h"
 #include "support/NetworkNamespace.h"
 #include "support/Program.h"
+#include "support/waitFor.h"
 #include "talker/ReplayTimeline.h"
 
 namespace {
@@ -91,6 +92,7 @@ TEST_F(Replay, aSignalEndsAPauseAndABrokenFileEndsWithStatusOne) {
         support::FrameCapture capture("hear0");
         support::Program talker(SONVEX_TALKER, {"--device", "talk0", "--replay", file("pause.pcap")});
         ASSERT_EQ(capture.receive(1).size(), 1U);
+        ASSERT_TRUE(support::waitFor([&talker] { return talker.isAsleep(); }));
         talker.signal(number);
         const support::Program::Result result = talker.wait(8000);
         EXPECT_EQ(result.exitStatus, 0) << result.err;

@@ -129,8 +129,8 @@ TEST(Signal, valuesKeepTheirResolutionInEveryFormat) {
     EXPECT_EQ(inEveryFormat(ramp.value(32766, 0)), "7ffe 7ffe00 7ffe0000 3f7ffc00 ");
     EXPECT_EQ(inEveryFormat(ramp.value(32768, 1)), "83e8 83e800 83e80000 bf783000 ");
     for (const char *text : {"sine:600:0.7", "square:600:0.7"}) {
-        EXPECT_EQ(talker::Signal::parse(text, 192000).value(192000 + 4 * 13, 0),
-                  talker::Signal::parse(text, 48000).value(13, 0))
+        EXPECT_EQ(talker::Signal::parse(text, 192000).value(192000 + 4 * 73, 0),
+                  talker::Signal::parse(text, 48000).value(73, 0))
             << text;
     }
 }
