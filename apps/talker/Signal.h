@@ -10,10 +10,10 @@ namespace talker {
 /// sample can be computed again by whoever checks what was received.
 struct Signal {
     /**
-     * The signal that a text describes: sine:HZ:AMPLITUDE (0 and rising at sample 0), square:HZ:AMPLITUDE (the positive
-     * half of each period first), noise:AMPLITUDE (white, evenly distributed, the same at every run), ramp (through all
-     * 65536 codes of 16 bits, channel c 1000 c steps ahead; exact in every format), silence or wav:FILE (in a loop, the
-     * channels in turn).
+     * The signal that a text describes: sine:HZ:AMPLITUDE (0 and rising at sample 0; of whole hertz it repeats
+     * exactly), square:HZ:AMPLITUDE (the positive half of each period first), noise:AMPLITUDE (white, evenly
+     * distributed, the same at every run), ramp (through all 65536 codes of 16 bits, channel c 1000 c steps ahead;
+     * exact in every format), silence or wav:FILE (in a loop, the channels in turn).
      * @param rate samples per second
      * @throws common::Refusal for an unknown kind, for values out of range and for a file that can't be played
      */
