@@ -14,7 +14,8 @@ public:
     explicit Dissector(const std::vector<std::vector<std::uint8_t>> &frames);
 
     /// A line for each frame: the fields by their names, separated by blanks.
-    std::string fields(const std::vector<std::string> &names) const;
+    /// @param occurrence of a field that a frame has several times: "a" for all, "l" for the last
+    std::string fields(const std::vector<std::string> &names, const std::string &occurrence = "a") const;
     /// The frames that are malformed or strange to it.
     std::string complaints() const;
 

@@ -1,23 +1,18 @@
 #include <array>
 #include <iomanip>
-#include <optional>
 #include <sstream>
 #include <tuple>
 
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "CaptureWriter.h"
 #include "common/Text.h"
-#include "support/Program.h"
+#include "support/Dissector.h"
 #include "talker/AafFrame.h"
 
 namespace {
 
 TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
-    const QTemporaryDir folder;
-    const std::string path = folder.filePath(QStringLiteral("frames.pcap")).toStdString();
-    std::optional<CaptureWriter> writer(path);
+    std::vector<std::vector<std::uint8_t>> frames;
     std::ostringstream expected;
     unsigned number = 254;
     for (const auto &[format, formatCode, bits] :
@@ -49,7 +44,7 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
                     frame.setTag(talker::VlanTag::parse(tag, ""));
                 }
                 frame.setSample(samples - 1, channels - 1, -0.5);
-                writer->add({frame.data(), frame.data() + frame.size()});
+                frames.emplace_back(frame.data(), frame.data() + frame.size());
                 // Tag, address, subtype, stream ID valid, version, timestamp valid, restart, uncertain, sequence,
                 // stream ID, timestamp, format, rate, channels, bit depth, data length, no sparse timestamps, no
                 // events, the last sample.
@@ -64,25 +59,30 @@ TEST(Dissector, readsEveryFieldOfTheFramesAndHasNoComplaint) {
             }
         }
     }
-    writer.reset();
-
-    std::vector<std::string> arguments = {"-r", path, "-T", "fields", "-E", "separator=/s", "-E", "occurrence=l"};
-    for (const std::string &field :
-         text::split("vlan.id vlan.priority eth.src ieee1722.subtype ieee1722.svfield ieee1722.verfield aaf.tvfield "
-                     "aaf.mrfield aaf.tufield aaf.seqnum aaf.stream_id aaf.avtp_timestamp aaf.format_info "
-                     "aaf.nominal_sample_rate aaf.channels_per_frame aaf.bit_depth aaf.stream_data_len "
-                     "aaf.sparse_timestamp aaf.evtfield aaf.data.sample",
-                     ' ')) {
-        arguments.insert(arguments.end(), {"-e", field});
-    }
-    const support::Program::Result fields = support::Program("tshark", arguments).wait();
-    EXPECT_EQ(fields.exitStatus, 0) << fields.err;
-    EXPECT_EQ(fields.out, expected.str());
-
-    const support::Program::Result complaints =
-        support::Program("tshark", {"-r", path, "-Y", "_ws.expert or _ws.malformed"}).wait();
-    EXPECT_EQ(complaints.exitStatus, 0) << complaints.err;
-    EXPECT_EQ(complaints.out, "");
+    const support::Dissector dissector(frames);
+    EXPECT_EQ(dissector.fields({"vlan.id",
+                                "vlan.priority",
+                                "eth.src",
+                                "ieee1722.subtype",
+                                "ieee1722.svfield",
+                                "ieee1722.verfield",
+                                "aaf.tvfield",
+                                "aaf.mrfield",
+                                "aaf.tufield",
+                                "aaf.seqnum",
+                                "aaf.stream_id",
+                                "aaf.avtp_timestamp",
+                                "aaf.format_info",
+                                "aaf.nominal_sample_rate",
+                                "aaf.channels_per_frame",
+                                "aaf.bit_depth",
+                                "aaf.stream_data_len",
+                                "aaf.sparse_timestamp",
+                                "aaf.evtfield",
+                                "aaf.data.sample"},
+                               "l"),
+              expected.str());
+    EXPECT_EQ(dissector.complaints(), "");
 }
 
 } // namespace

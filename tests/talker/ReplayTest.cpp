@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "CaptureWriter.h"
+#include "support/CaptureWriter.h"
 #include "support/FrameCapture.h"
 #include "support/NetworkNamespace.h"
 #include "support/Program.h"
@@ -50,7 +50,7 @@ protected:
 TEST_F(Replay, sendsWhatTheAdapterTakesAsItIsAndAtItsTimes) {
     constexpr auto start = 1'700'000'000s; // captures begin at any time
     {
-        CaptureWriter writer(file("a.pcap"));
+        support::CaptureWriter writer(file("a.pcap"));
         writer.add(Frame(13, 7), start - 5s);
         writer.add(frame(1, 14), start);
         writer.add(frame(2, 1514), start + 1ms);
@@ -84,7 +84,7 @@ TEST_F(Replay, sendsWhatTheAdapterTakesAsItIsAndAtItsTimes) {
 
 TEST_F(Replay, aSignalEndsAPauseAndABrokenFileEndsWithStatusOne) {
     {
-        CaptureWriter writer(file("pause.pcap"));
+        support::CaptureWriter writer(file("pause.pcap"));
         writer.add(frame(1), 5s);
         writer.add(frame(2), 15s);
     }
@@ -108,8 +108,8 @@ TEST_F(Replay, aSignalEndsAPauseAndABrokenFileEndsWithStatusOne) {
 }
 
 TEST_F(Replay, refusesFilesAndOptionsThatItCannotFollow) {
-    { CaptureWriter writer(file("empty.pcap")); }
-    CaptureWriter(file("raw.pcap"), DLT_RAW).add(frame(1));
+    { support::CaptureWriter writer(file("empty.pcap")); }
+    support::CaptureWriter(file("raw.pcap"), DLT_RAW).add(frame(1));
     for (const auto &[name, reason] : {std::pair("empty.pcap", "holds no frames"),
                                        {"raw.pcap", "type Raw IP, Ethernet"},
                                        {"missing.pcap", "No such file"},

@@ -7,6 +7,8 @@
 
 #include <pcap/pcap.h>
 
+namespace support {
+
 /// Writes a capture file, which is complete when this is gone.
 class CaptureWriter {
 public:
@@ -34,3 +36,5 @@ private:
     pcap_t *handle;
     pcap_dumper_t *dumper;
 };
+
+} // namespace support
