@@ -17,6 +17,9 @@ public:
 
     /// For a frame that nobody wants; does nothing outside of a capture.
     static void countFrameOfNoStream();
+    /// The tag of the frame that is handed over, as UntaggedFrame has it.
+    static void setTag(int tag);
+    static int getTag();
 };
 
 } // namespace pcapplus

@@ -10,6 +10,7 @@
 #include "core/logging/Log.h"
 #include "pcapplus/CapturingAdapter.h"
 #include "pcapplus/PacketHandlerSlot.h"
+#include "pcapplus/UntaggedFrame.h"
 
 namespace pcapplus {
 
@@ -24,6 +25,14 @@ struct Gathered {
     facts::AdapterFacts &facts;
 };
 
+void forward(const UntaggedFrame &frame) {
+    try {
+        forwardCapturedPacket(nullptr, &frame.header(), frame.bytes());
+    } catch (const std::bad_alloc &) { // which must not reach libpcap's frames
+        logging::warning("pcapplus::RunPcapEventLoop::run", "No memory for what a frame leads to!");
+    }
+}
+
 void forwardFromLaunchOn(u_char *user, const pcap_pkthdr *header, const u_char *bytes) {
     auto &gathered = *reinterpret_cast<Gathered *>(user);
     if (gathered.skipping) {
@@ -33,10 +42,12 @@ void forwardFromLaunchOn(u_char *user, const pcap_pkthdr *header, const u_char *
             return;
         }
     }
-    try {
-        forwardCapturedPacket(nullptr, header, bytes);
-    } catch (const std::bad_alloc &) { // which must not reach libpcap's frames
-        logging::warning("pcapplus::RunPcapEventLoop::run", "No memory for what a frame leads to!");
+    const UntaggedFrame frame(*header, bytes);
+    if (frame.isReadable()) {
+        CapturingAdapter::setTag(frame.tag());
+        forward(frame);
+    } else {
+        CapturingAdapter::countFrameOfNoStream();
     }
     gathered.facts.frameSeen();
 }
