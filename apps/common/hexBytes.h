@@ -10,13 +10,13 @@
 
 namespace common {
 
-/// The bytes that pairs of hexadecimal digits say, with ':' or '-' between any two bytes or none; nothing for any other
-/// text.
+/// The bytes that pairs of hexadecimal digits say, with ':', '-' or '.' between any two bytes or none; nothing for any
+/// other text.
 template <std::size_t size>
 std::optional<std::array<std::uint8_t, size>> parseHexBytes(std::string_view text) {
     std::array<std::uint8_t, size> bytes{};
     for (std::size_t i = 0; i < size; ++i) {
-        if (i > 0 && !text.empty() && (text[0] == ':' || text[0] == '-')) {
+        if (i > 0 && !text.empty() && (text[0] == ':' || text[0] == '-' || text[0] == '.')) {
             text.remove_prefix(1);
         }
         const std::string_view pair = text.substr(0, 2);

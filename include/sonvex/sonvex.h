@@ -26,6 +26,8 @@
 #include <sonvex/IVectorData.h>
 #include <sonvex/IVersionInfo.h>
 #include <sonvex/IWaveformConfig.h>
+#include <sonvex/SampleFormat.h>
 #include <sonvex/SoundLevelValueType.h>
+#include <sonvex/StreamId.h>
 #include <sonvex/exceptions.h>
 #include <sonvex/version.h>

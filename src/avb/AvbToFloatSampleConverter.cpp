@@ -1,17 +1,9 @@
 #include "avb/AvbToFloatSampleConverter.h"
 
 #include "core/logging/Log.h"
+#include "kernels/kernels.h"
 
 namespace avb {
-
-namespace {
-
-float bigEndianToFloat(const std::uint8_t *bytes, float scale) {
-    const auto code = static_cast<std::int16_t>((bytes[0] << 8) | bytes[1]);
-    return static_cast<float>(code) * scale;
-}
-
-} // namespace
 
 AvbToFloatSampleConverter::AvbToFloatSampleConverter() {
     logging::debug("avb::AvbToFloatSampleConverter::AvbToFloatSampleConverter", "Initialized!");
@@ -24,20 +16,32 @@ float AvbToFloatSampleConverter::convertFromBigEndian(const std::uint8_t *bytes,
                          " (required: ", requiredByteAmount);
         return 0.0F;
     }
-    return bigEndianToFloat(bytes, scale);
+    float value = 0.0F;
+    convertFrame(bytes, sonvex::SampleFormat::Int16, 1, 1, &value);
+    return value;
 }
 
-void AvbToFloatSampleConverter::convertBlock(const std::uint8_t *bytes, std::uint32_t bytesPerSample,
-                                             std::size_t stride, std::size_t amount, float *values) const {
-    if (bytesPerSample != requiredByteAmount) {
-        for (std::size_t i = 0; i < amount; ++i) {
-            values[i] = convertFromBigEndian(bytes + i * stride, bytesPerSample);
-        }
-        return;
+std::size_t AvbToFloatSampleConverter::convertFrame(const std::uint8_t *bytes, sonvex::SampleFormat format,
+                                                    std::size_t channels, std::size_t samplesPerChannel,
+                                                    float *values) const {
+    const int width = static_cast<int>(channels);
+    const int length = static_cast<int>(samplesPerChannel);
+    int replaced = 0;
+    switch (format) {
+    case sonvex::SampleFormat::Int16:
+        sonvexDeinterleave_16s32f(bytes, width, length, values, length);
+        break;
+    case sonvex::SampleFormat::Int24:
+        sonvexDeinterleave_24s32f(bytes, width, length, values, length);
+        break;
+    case sonvex::SampleFormat::Int32:
+        sonvexDeinterleave_32s32f(bytes, width, length, values, length);
+        break;
+    case sonvex::SampleFormat::Float32:
+        sonvexDeinterleave_32f(bytes, width, length, values, length, &replaced);
+        break;
     }
-    for (std::size_t i = 0; i < amount; ++i) {
-        values[i] = bigEndianToFloat(bytes + i * stride, scale);
-    }
+    return static_cast<std::size_t>(replaced);
 }
 
 } // namespace avb

@@ -3,26 +3,30 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <sonvex/SampleFormat.h>
+
 namespace avb {
 
-/// Turns signed 16-bit big-endian samples into floats with a full scale of +-1.0. Stateless, for any thread.
+/// Turns big-endian samples into floats with a full scale of +-1.0. Stateless, for any thread.
 class AvbToFloatSampleConverter {
 public:
     AvbToFloatSampleConverter();
 
-    /// The sample at @p bytes; 0.0, with a warning, for any width but 2 bytes.
+    /// The signed 16-bit sample at @p bytes; 0.0, with a warning, for any width but 2 bytes.
     float convertFromBigEndian(const std::uint8_t *bytes, std::uint32_t amountOfBytes) const;
 
     /**
-     * Converts every @p stride th byte position: one channel out of interleaved ones.
-     * @param values receives @p amount samples, each as convertFromBigEndian gives it
+     * All samples of a frame, those of all channels at one time side by side.
+     *
+     * @param channels, @param samplesPerChannel 1 at least
+     * @param values receives the samples channel by channel
+     * @return how many floats were no finite numbers, which became 0.0
      */
-    void convertBlock(const std::uint8_t *bytes, std::uint32_t bytesPerSample, std::size_t stride, std::size_t amount,
-                      float *values) const;
+    std::size_t convertFrame(const std::uint8_t *bytes, sonvex::SampleFormat format, std::size_t channels,
+                             std::size_t samplesPerChannel, float *values) const;
 
 private:
     static constexpr std::uint32_t requiredByteAmount = 2;
-    static constexpr float scale = 1.0F / 32768.0F;
 };
 
 } // namespace avb

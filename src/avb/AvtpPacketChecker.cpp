@@ -1,5 +1,6 @@
 #include "avb/AvtpPacketChecker.h"
 
+#include <array>
 #include <cstdlib>
 #include <utility>
 
@@ -14,27 +15,33 @@ AvtpPacketChecker::AvtpPacketChecker(const std::string &sourceMac, std::uint32_t
     logging::debug("avb::AvtpPacketChecker::AvtpPacketChecker", sourceMacText, "Initialized");
 }
 
+AvtpPacketChecker::AvtpPacketChecker(const sonvex::StreamId &streamId, std::uint32_t maximumChannelAmount,
+                                     QObject *parent, std::shared_ptr<facts::StreamFacts> facts)
+    : AvtpPacketBoundaryChecker(streamId.toString(), maximumChannelAmount, parent, std::move(facts)),
+      sourceMacText(streamId.toString()), identity(AvtpFrame::identityOf<8>(streamId.getBytes().data())),
+      toldByStreamId(true) {
+    logging::debug("avb::AvtpPacketChecker::AvtpPacketChecker", sourceMacText, "Initialized");
+}
+
 AvtpPacketChecker::~AvtpPacketChecker() {
     logging::debug("avb::AvtpPacketChecker::~AvtpPacketChecker", sourceMacText, "CLEARED!");
 }
 
 void AvtpPacketChecker::setSourceMacAddress(const std::string &text) {
     static constexpr char context[] = "avb::AvtpPacketChecker::setSourceMacAddress";
-    if (text.size() != 2 * sourceMac.size()) {
+    std::array<std::uint8_t, 6> address{};
+    if (text.size() != 2 * address.size()) {
         sourceMacText = "000000000000";
         logging::warning(context, sourceMacText, "The given source MAC address length is invalid! ",
                          "Method isPacketConform() will always return false!");
         return;
     }
     sourceMacText = text;
-    for (std::size_t i = 0; i < sourceMac.size(); ++i) {
-        sourceMac[i] = static_cast<std::uint8_t>(std::strtol(text.substr(2 * i, 2).c_str(), nullptr, 16));
+    for (std::size_t i = 0; i < address.size(); ++i) {
+        address[i] = static_cast<std::uint8_t>(std::strtol(text.substr(2 * i, 2).c_str(), nullptr, 16));
     }
+    identity = AvtpFrame::identityOf<6>(address.data());
     logging::debug(context, sourceMacText, "MAC address successfully set: ", text);
-}
-
-bool AvtpPacketChecker::isPacketConform(const AvtpFrame &frame) const {
-    return frame.isFrom(sourceMac);
 }
 
 bool AvtpPacketChecker::isSequenceNrInOrder(const AvtpFrame &frame) {
@@ -76,18 +83,28 @@ void AvtpPacketChecker::countGap(std::uint8_t received) {
 }
 
 bool AvtpPacketChecker::readDeclaredFields(const AvtpFrame &frame) {
-    const int format = frame.holds(AvtpFrame::formatOffset, 1) ? frame.byteAt(AvtpFrame::formatOffset) : -1;
-    if (!frame.holds(AvtpFrame::channelAmountOffset, 1)) {
-        streamFacts().declared(format, -1, -1);
-        setAmountOfDeliveredAvtpPacketChannels(-1);
-        return false;
-    }
-    const int channelAmount = frame.byteAt(AvtpFrame::channelAmountOffset);
     const bool headerComplete = frame.holds(AvtpFrame::dataLengthOffset, 2);
+    if (headerComplete && latestDeclaration == frame.declaration()) {
+        return true; // as nearly always: everything has been said and kept
+    }
+    latestDeclaration = headerComplete ? std::optional(frame.declaration()) : std::nullopt;
+    const auto field = [&frame](AvtpFrame::Offset offset) {
+        return frame.holds(offset, 1) ? int{frame.byteAt(offset)} : -1;
+    };
+    const int format = field(AvtpFrame::formatOffset);
+    const int rate = field(AvtpFrame::sampleRateOffset);
+    int channelAmount = field(AvtpFrame::channelAmountOffset);
+    if (channelAmount >= 0 && expectsFormat()) {
+        channelAmount |= (rate & 0x3) << 8;
+        setFormatOfDeliveredAvtpPacket(static_cast<std::uint8_t>(format), static_cast<std::uint8_t>(rate));
+    }
     const int dataLength = headerComplete ? frame.dataLength() : -1;
-    streamFacts().declared(format, channelAmount, dataLength);
+    streamFacts().declared(format, rate < 0 ? -1 : rate >> 4, channelAmount, field(AvtpFrame::bitDepthOffset),
+                           dataLength);
     setAmountOfDeliveredAvtpPacketChannels(channelAmount);
-    setLengthOfDeliveredAvtpPacketData(dataLength);
+    if (channelAmount >= 0) {
+        setLengthOfDeliveredAvtpPacketData(dataLength);
+    }
     return headerComplete;
 }
 

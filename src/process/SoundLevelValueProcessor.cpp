@@ -5,6 +5,9 @@
 #include <cmath>
 #include <utility>
 
+#include <sonvex/exceptions.h>
+
+#include "avb/AvbAudioBuffer.h"
 #include "core/logging/Log.h"
 #include "kernels/kernels.h"
 #include "process/configuration/SoundLevelValueConfig.h"
@@ -58,6 +61,13 @@ SoundLevelValueProcessor::~SoundLevelValueProcessor() {
 
 Processor *SoundLevelValueProcessor::createInstance(const std::string &name, ProcessorConfigBase &config,
                                                     avb::AvbAudioBuffer &audioBuffer) {
+    constexpr unsigned int weightedSampleRate = 48000; // that the weightings' coefficients are for
+    if (audioBuffer.getSampleRate() != weightedSampleRate) {
+        const std::string text = "Sound levels cannot be calculated by '" + name + "' at a sample rate of " +
+                                 std::to_string(audioBuffer.getSampleRate()) + " Hz, only at " +
+                                 std::to_string(weightedSampleRate) + " Hz";
+        logging::refuse<exceptions::InstanceNotCreateable>("process::SoundLevelValueProcessor::createInstance", text);
+    }
     return new SoundLevelValueProcessor(name, SoundLevelValueConfig::convert(config), audioBuffer);
 }
 

@@ -4,6 +4,7 @@
 #include "core/facade/Statics.h"
 #include "support/ForeignObject.h"
 #include "support/LogRecorder.h"
+#include "support/refusalOf.h"
 
 namespace {
 
@@ -51,6 +52,36 @@ TEST(Factories, keepEmptyAndNonAsciiTextsByteForByteWithEveryOtherValue) {
         const std::string item = " \"" + text + "\" ";
         EXPECT_EQ(log.count("D sonvex::DeviceConfiguration::DeviceConfiguration" + item + "Initialized!"), 1);
         EXPECT_EQ(log.count("D sonvex::ProcessConfiguration::ProcessConfiguration" + item + "Object CREATED"), 1);
+    }
+}
+
+TEST(Factories, describeStreamsByTheirIdAndDevicesByTheirFormat) {
+    sonvex::INetworkDeviceInfo &info = sonvex::INetworkDeviceManager::createInstance().getDeviceInfo(1);
+    auto &buffer = sonvex::IBufferConfiguration::createInstance("b", 10);
+    for (const char *text :
+         {"001b21FFfe0a0002", "00:1b:21:ff:fe:0a:00:02", "00-1B-21-FF-FE-0A:0002", "001b.21ff.fe0a.0002"}) {
+        const sonvex::StreamId id{std::string(text)};
+        EXPECT_EQ(id.toString(), "001b21fffe0a0002");
+        auto &device =
+            sonvex::IDeviceConfiguration::createInstance("d", buffer, sonvex::SampleFormat::Int24, 8, 0, 96000);
+        const auto &stream = sonvex::IStreamConfiguration::createInstance("s", id, info, device);
+        EXPECT_EQ(stream.getDeviceMacAddress(), "001b21fffe0a0002");
+        EXPECT_EQ(stream.getDeviceConfiguration().getSampleSizeInBytes(), 3U);
+        EXPECT_EQ(
+            stream.toString(),
+            "[s] Stream ID: 001b21fffe0a0002 Detailed device configuration:\n[d]\n\tDevice sample size in bytes: "
+            "3\n\tDevice sample format: 24 bit integer\n\tDevice sample rate: 96000\n\tDevice amount of channels: "
+            "8\n\tDevice amount of samples send per channel: 0Buffer configuration:\n[b]\n\tBuffer size: "
+            "10\n\tBuffer clock signaling deactivated!\n Detailed network device informations: \n" +
+                info.toString());
+    }
+    support::LogRecorder log;
+    for (const std::string text :
+         {"", "001b21fffe0a000", "001b21fffe0a00022", "001b21fffe0a00g2", "0:01b21fffe0a0002",
+          "001b21fffe0a0002:", "00::1b21fffe0a0002", " 001b21fffe0a0002", "0x001b21fffe0a00"}) {
+        support::expectRefusal<exceptions::InstanceNotCreateable>(
+            log, [&] { const sonvex::StreamId id(text); }, "sonvex::StreamId::StreamId",
+            "'" + text + "' is no stream ID: it takes 16 hexadecimal digits");
     }
 }
 

@@ -1,5 +1,6 @@
 #include <chrono>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <QLoggingCategory>
@@ -13,6 +14,7 @@
 #include "support/LogHandler.h"
 #include "support/NetworkNamespace.h"
 #include "support/loopback.h"
+#include "support/refusalOf.h"
 #include "support/waitFor.h"
 #include "talker/RawSocket.h"
 
@@ -151,6 +153,64 @@ TEST_F(ReceptionFacts, sayWhatTheNewestFrameDeclaresAndWhenItCame) {
         EXPECT_GE(facts.getSteadyTime(), steadyBefore - 10'000'000);
         EXPECT_LE(facts.getSteadyTime(), steady());
     }
+}
+
+TEST_F(ReceptionFacts, sayHowAFrameWasTaggedAndWhichStreamItNames) {
+    const auto tagged = [&](std::uint8_t sequence, const std::vector<std::uint8_t> &tag) {
+        auto bytes = frame(sequence);
+        bytes.insert(bytes.begin() + 12, tag.begin(), tag.end());
+        return bytes;
+    };
+    EXPECT_EQ(facts.getVlanId(), -1);
+    EXPECT_EQ(facts.getStreamId(), "");
+    std::uint8_t sequence = 0;
+    for (const auto &[tag, vlan, priority] : {std::tuple(std::vector<std::uint8_t>{0x81, 0x00, 0x60, 0x02}, 2, 3),
+                                              {{0x81, 0x00, 0x02, 0x02}, 514, 0}, // as if it were the subtype
+                                              {{0x81, 0x00, 0xE0, 0x00}, 0, 7},
+                                              {{}, -1, -1}}) {
+        send(tagged(sequence++, tag));
+        ASSERT_TRUE(arrives());
+        EXPECT_EQ(facts.getVlanId(), vlan);
+        EXPECT_EQ(facts.getVlanPriority(), priority);
+        EXPECT_EQ(facts.getFramesTaken(), sequence);
+        EXPECT_EQ(facts.getStreamId(), stream.mac + "0000");
+        EXPECT_EQ(facts.getBitDepth(), 16);
+        EXPECT_EQ(facts.getSampleRate(), 48000);
+    }
+    send(tagged(sequence, {0x88, 0xA8, 0x02, 0x02})); // of a bridge of providers
+    ASSERT_TRUE(arrives());
+    EXPECT_EQ(facts.getFramesTaken(), sequence);
+    EXPECT_EQ(adapter.getFramesOfNoStream(), 1U);
+}
+
+TEST_F(ReceptionFacts, belongToAStreamByItsIdToo) {
+    auto &network = support::networkDevice("near0");
+    auto &buffer = sonvex::IBufferConfiguration::createInstance("buffer", 480, 48);
+    auto &device =
+        sonvex::IDeviceConfiguration::createInstance("device", buffer, sonvex::SampleFormat::Int16, 2, 0, 96000);
+    const sonvex::StreamId id(stream.mac + ":0007");
+    const auto &configuration = sonvex::IStreamConfiguration::createInstance("by ID", id, network, device);
+    ISonvex::createInstance().addRemoteStreamReceiver(const_cast<sonvex::IStreamConfiguration &>(configuration));
+    EXPECT_EQ(&IStreamFacts::createInstance(id), &IStreamFacts::createInstance(id.toString()));
+    auto bytes = frame(0, 2, 12);
+    bytes[25] = 7;
+    bytes[31] = 0x70;
+    send(bytes);
+    ASSERT_TRUE(arrives());
+    EXPECT_EQ(IStreamFacts::createInstance(id).getFramesTaken(), 1U);
+    EXPECT_EQ(facts.getFramesRefused(FrameRefusal::DataLength), 1U) << "the address has a say, too";
+    auto &waveform = sonvex::iprocess::IWaveformConfig::createInstance("waveform", 48);
+    auto &levels = sonvex::iprocess::ISoundLevelValueConfig::createInstance("levels", 48);
+    auto &processing = ISonvex::createInstance();
+    auto &handle =
+        processing.addProcessor(sonvex::IProcessConfiguration::createInstance("waveform", waveform, id.toString(), 1));
+    EXPECT_EQ(handle.getUniqueId(), waveform.getProcessorType() + "_" + stream.mac + "0007_1");
+    EXPECT_EQ(
+        support::refusalOf<exceptions::InstanceNotCreateable>([&] {
+            processing.addProcessor(
+                sonvex::IProcessConfiguration::createInstance("loudness", levels, id.toString(), 1));
+        }).what(),
+        std::string("Sound levels cannot be calculated by 'loudness' at a sample rate of 96000 Hz, only at 48000 Hz"));
 }
 
 TEST_F(ReceptionFacts, tellLossInThisMachineFromLossOnTheWire) {

@@ -20,6 +20,13 @@ public:
     int getDataLength() const override { return 24; }
     std::int64_t getCaptureTime() const override { return captureTime; }
     std::int64_t getSteadyTime() const override { return 0; }
+    int getSampleRate() const override { return 48000; }
+    int getBitDepth() const override { return 16; }
+    int getVlanId() const override { return -1; }
+    int getVlanPriority() const override { return -1; }
+    std::string getStreamId() const override { return {}; }
+    std::uint64_t getNonFiniteSamples() const override { return 0; }
+    sonvex::StreamClock getClock() const override { return {}; }
 
     std::uint64_t taken = 0;
     std::uint64_t gaps = 0;

@@ -1,5 +1,7 @@
 #include "support/Frames.h"
 
+#include <algorithm>
+
 namespace support {
 
 std::vector<std::uint8_t> makeFrame(const std::string &mac, std::uint8_t sequence, unsigned channels,
@@ -10,7 +12,8 @@ std::vector<std::uint8_t> makeFrame(const std::string &mac, std::uint8_t sequenc
         frame.push_back(static_cast<std::uint8_t>(std::stoul(mac.substr(digit, 2), nullptr, 16)));
     }
     frame.insert(frame.end(), {0x22, 0xF0, 0x02, 0x81, sequence, 0x00});
-    frame.resize(30); // stream ID and timestamp
+    frame.resize(30);                                                     // stream ID and timestamp
+    std::copy(frame.begin() + 6, frame.begin() + 12, frame.begin() + 18); // the source's first stream
     frame.insert(frame.end(),
                  {0x04, 0x50, static_cast<std::uint8_t>(channels), 16, static_cast<std::uint8_t>(dataLength >> 8),
                   static_cast<std::uint8_t>(dataLength), 0, 0});

@@ -15,10 +15,6 @@ unsigned int BufferConfiguration::getBufferSize() const {
     return bufferSize;
 }
 
-unsigned int BufferConfiguration::getClockSignalingSampleAmount() const {
-    return clockSignalingSampleAmount;
-}
-
 void BufferConfiguration::setClockSignalingSampleAmount(unsigned int sampleAmount) {
     if (clockSignalingSampleAmount.exchange(sampleAmount) != sampleAmount) {
         Q_EMIT configurationChanged(notices::signalingSampleAmountChanged);

@@ -10,6 +10,13 @@ StreamConfiguration::StreamConfiguration(std::string name, std::string deviceMac
     : ConfigurationData(std::move(name), nullptr), deviceMacAddress(std::move(deviceMacAddress)),
       networkDeviceInfo(networkDeviceInfo), deviceConfiguration(deviceConfiguration) {}
 
+StreamConfiguration::StreamConfiguration(std::string name, const StreamId &streamId,
+                                         pcapplus::PcapDeviceInfo *networkDeviceInfo,
+                                         DeviceConfiguration *deviceConfiguration)
+    : StreamConfiguration(std::move(name), streamId.toString(), networkDeviceInfo, deviceConfiguration) {
+    this->streamId = streamId;
+}
+
 std::string StreamConfiguration::getDeviceMacAddress() const {
     return deviceMacAddress;
 }
@@ -19,7 +26,7 @@ DeviceConfiguration &StreamConfiguration::getDeviceConfiguration() const {
 }
 
 std::string StreamConfiguration::toString() const {
-    return DataObjectBase::toString() + " Device MAC address: " + deviceMacAddress +
+    return DataObjectBase::toString() + (streamId ? " Stream ID: " : " Device MAC address: ") + deviceMacAddress +
            " Detailed device configuration:\n" + deviceConfiguration->toString() + "\n" +
            " Detailed network device informations: \n" + networkDeviceInfo->toString();
 }

@@ -36,6 +36,23 @@ IDeviceConfiguration &IDeviceConfiguration::createInstance(std::string name, IBu
                               amountOfChannels, amountOfSamplesPerChannel);
 }
 
+IDeviceConfiguration &IDeviceConfiguration::createInstance(std::string name, IBufferConfiguration &bufferConfiguration,
+                                                           SampleFormat sampleFormat, unsigned int amountOfChannels,
+                                                           unsigned int amountOfSamplesPerChannel,
+                                                           unsigned int sampleRate) {
+    return Registries::create(statics::registries().devices, std::move(name),
+                              &dynamic_cast<BufferConfiguration &>(bufferConfiguration), sampleFormat, amountOfChannels,
+                              amountOfSamplesPerChannel, sampleRate);
+}
+
+IStreamConfiguration &IStreamConfiguration::createInstance(std::string name, const StreamId &streamId,
+                                                           INetworkDeviceInfo &networkDeviceInfo,
+                                                           IDeviceConfiguration &deviceConfiguration) {
+    return Registries::create(statics::registries().streams, std::move(name), streamId,
+                              &dynamic_cast<pcapplus::PcapDeviceInfo &>(networkDeviceInfo),
+                              &dynamic_cast<DeviceConfiguration &>(deviceConfiguration));
+}
+
 IStreamConfiguration &IStreamConfiguration::createInstance(std::string name, std::string deviceMacAddress,
                                                            INetworkDeviceInfo &networkDeviceInfo,
                                                            IDeviceConfiguration &deviceConfiguration) {
@@ -55,6 +72,10 @@ IProcessConfiguration &IProcessConfiguration::createInstance(std::string name,
 
 const IStreamFacts &IStreamFacts::createInstance(const std::string &deviceMacAddress) {
     return statics::sonvex().getFacts().getStreamFacts(deviceMacAddress);
+}
+
+const IStreamFacts &IStreamFacts::createInstance(const StreamId &streamId) {
+    return createInstance(streamId.toString());
 }
 
 const IAdapterFacts &IAdapterFacts::createInstance(const std::string &systemDeviceName) {

@@ -75,7 +75,8 @@ void StreamingEngine::addNetworkStreamToNetworkReceiver(sonvex::StreamConfigurat
     QMetaObject::Connection relay;
     try {
         relay = connect(&receiver, &avb::AvtpPacketReceiver::message, this, &StreamingEngine::message);
-        receiver.addStreamingDevice(mac, configuration.getDeviceConfiguration(), facts.ofStream(mac));
+        receiver.addStreamingDevice(mac, configuration.getDeviceConfiguration(), facts.ofStream(mac),
+                                    configuration.getStreamId());
     } catch (...) {
         disconnect(relay);
         streamRegistry.erase(entry);
