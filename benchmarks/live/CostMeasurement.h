@@ -11,6 +11,9 @@ namespace live {
 /// CPU time of the capture's thread a frame, beside that of libpcap's loop with an empty callback.
 class CostMeasurement : public Measurement {
 public:
+    /// @param only the one case that is measured, as for a profile; all if empty
+    explicit CostMeasurement(const std::string &only = "");
+
     int expectedSeconds() const override;
     void measure(const Link &link) override;
     void print() const override;
@@ -24,9 +27,7 @@ private:
         double rate = 0;               ///< the least that was reached
     };
 
-    static std::vector<Row> makeRows();
-
-    std::vector<Row> rows = makeRows();
+    std::vector<Row> rows;
 };
 
 } // namespace live

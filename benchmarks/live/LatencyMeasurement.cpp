@@ -25,7 +25,7 @@ constexpr unsigned channels = 8;
 constexpr unsigned samplesPerFrame = 6;
 // Nearly class A: a round interval would keep its place in the kernel's millisecond, and its latency, for good.
 constexpr unsigned rate = 7981;
-constexpr unsigned rounds = 2;
+constexpr unsigned rounds = 3;
 constexpr unsigned measured = 4; // seconds of a round
 constexpr int settleTime = 100;  // ms
 
@@ -40,11 +40,16 @@ void noteFrame(u_char *user, const pcap_pkthdr * /*header*/, const u_char *bytes
                                                    }));
 }
 
-/// By the last frame in it, which is the one that led to it.
-void noteWaveform(Latencies &latencies, const std::vector<double> &waveform) {
+/// By the last frame in it, which is the one that led to it unless the host is late: a waveform is of the newest
+/// signaled samples, so that several that wait show the same ones.
+void noteWaveform(Latencies &latencies, std::int64_t &lastShown, const std::vector<double> &waveform) {
     const std::int64_t now = SendTime::now();
     const double *const frame = waveform.data() + waveform.size() - samplesPerFrame;
-    latencies.push_back(now - SendTime::read([&](unsigned sample) { return std::lround(frame[sample] * 32768); }));
+    const std::int64_t sent = SendTime::read([&](unsigned sample) { return std::lround(frame[sample] * 32768); });
+    if (sent != lastShown) {
+        latencies.push_back(now - sent);
+        lastShown = sent;
+    }
 }
 
 } // namespace
@@ -62,11 +67,13 @@ void LatencyMeasurement::measure(const Link &link) {
             row.latencies.reserve(std::size_t{rounds} * measured * rate);
             std::optional<BareCapture> bare;
             std::optional<LibraryHost> host;
+            std::int64_t lastShown = 0;
             if (row.clock == 0) {
                 bare.emplace(link.adapter, noteFrame, reinterpret_cast<u_char *>(&row.latencies));
             } else {
-                host.emplace(link.adapter, traffic, row.clock,
-                             [&row](const std::vector<double> &samples) { noteWaveform(row.latencies, samples); });
+                host.emplace(link.adapter, traffic, row.clock, [&](const std::vector<double> &samples) {
+                    noteWaveform(row.latencies, lastShown, samples);
+                });
             }
             PacedTalker talker(link.farEnd, traffic);
             QTimer quit; // on this thread, which delivers the results
@@ -78,12 +85,13 @@ void LatencyMeasurement::measure(const Link &link) {
             });
             QCoreApplication::exec();
             sender.join();
-            if (row.latencies.empty()) {
-                throw std::runtime_error("no frame has arrived");
-            }
+            row.sent += talker.sent() / std::max(1U, row.clock / samplesPerFrame);
         }
     }
     for (Row &row : rows) {
+        if (row.latencies.empty()) {
+            throw std::runtime_error("no frame has arrived");
+        }
         std::sort(row.latencies.begin(), row.latencies.end());
     }
 }
@@ -91,17 +99,18 @@ void LatencyMeasurement::measure(const Link &link) {
 void LatencyMeasurement::print() const {
     std::printf("\nlatency in us from the sending of a frame: one stream of 8x6 int16, %u frames/s, %u s each\n"
                 "to libpcap's callback, for each frame; to the host's callback of a waveform, for each frame that\n"
-                "completes one. The kernel gathers frames for up to 1 ms, which both have to wait for\n"
-                "%-20s %9s %9s %9s %9s %9s\n",
-                rate, rounds * measured, "to", "amount", "50 %", "99 %", "99.9 %", "greatest");
+                "completes one and is shown. The kernel gathers frames for up to 1 ms, which both have to wait for\n"
+                "%-20s %9s %9s %9s %9s %9s %9s\n",
+                rate, rounds * measured, "to", "frames", "shown", "50 %", "99 %", "99.9 %", "greatest");
     for (const Row &row : rows) {
         const auto share = [&row](double part) {
             return static_cast<double>(
                        row.latencies[static_cast<std::size_t>(part * static_cast<double>(row.latencies.size() - 1))]) *
                    1e-3;
         };
-        std::printf("%-20s %9zu %9.0f %9.0f %9.0f %9.0f\n", row.name.c_str(), row.latencies.size(), share(0.5),
-                    share(0.99), share(0.999), share(1));
+        std::printf("%-20s %9llu %9zu %9.0f %9.0f %9.0f %9.0f\n", row.name.c_str(),
+                    static_cast<unsigned long long>(row.sent), row.latencies.size(), share(0.5), share(0.99),
+                    share(0.999), share(1));
     }
 }
 

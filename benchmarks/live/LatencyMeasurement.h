@@ -19,10 +19,11 @@ private:
     struct Row {
         std::string name;
         unsigned clock;                        ///< samples of a waveform; 0 for libpcap's callback
+        std::uint64_t sent = 0;                ///< frames that get there, or complete a waveform
         std::vector<std::int64_t> latencies{}; ///< ns
     };
 
-    std::vector<Row> rows = {{"libpcap's callback", 0}, {"waveform of 6", 6}, {"waveform of 48", 48}};
+    std::vector<Row> rows = {{"libpcap's callback", 0}, {"waveform of 48", 48}};
 };
 
 } // namespace live

@@ -1,5 +1,5 @@
 // What live reception costs, loses and takes, over a pair of connected adapters in a network of its own.
-// Usage: live_reception [cost] [losses] [latency], all three if nothing is said.
+// Usage: live_reception [cost|cost=CASE] [losses] [latency], all three if nothing is said.
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -29,8 +29,13 @@ void warnOf(const live::OthersLoad &load, const char *when) {
 }
 
 std::unique_ptr<live::Measurement> make(const std::string &name) {
-    if (name == "cost") {
+    const std::string cost = "cost";
+    const std::string oneCase = cost + "=";
+    if (name == cost) {
         return std::make_unique<live::CostMeasurement>();
+    }
+    if (name.compare(0, oneCase.size(), oneCase) == 0) {
+        return std::make_unique<live::CostMeasurement>(name.substr(oneCase.size()));
     }
     if (name == "losses") {
         return std::make_unique<live::LossMeasurement>();
@@ -38,7 +43,7 @@ std::unique_ptr<live::Measurement> make(const std::string &name) {
     if (name == "latency") {
         return std::make_unique<live::LatencyMeasurement>();
     }
-    throw std::invalid_argument("there is no measurement '" + name + "', but cost, losses and latency");
+    throw std::invalid_argument("there is no measurement '" + name + "', but cost, cost=CASE, losses and latency");
 }
 
 void run(std::vector<std::string> names) {
