@@ -16,7 +16,7 @@ namespace {
 
 constexpr int rounds = 7;
 constexpr double warmUp = 0.05;       // seconds
-constexpr double measured = 0.25;     // seconds
+constexpr double measured = 0.2;      // seconds
 constexpr double openAndClose = 0.15; // seconds
 constexpr unsigned clockAmount = 480;
 constexpr auto settleTime = std::chrono::milliseconds(20);
@@ -49,8 +49,10 @@ double median(std::vector<double> values) {
 
 CostMeasurement::CostMeasurement(const std::string &only) {
     const common::AafFormat int32 = *common::find(common::aafFormats, &common::AafFormat::name, "int32");
+    constexpr unsigned dense = 32 * Traffic::classA; // so that a wake-up counts for little
     for (const Row &row : {Row{"2x6", {{2, 6}}}, Row{"8x6", {{8, 6}}}, Row{"8x6-tagged", {{8, 6}, 8, true}},
-                           Row{"8x48", {{8, 48}}}, Row{"60x6", {{60, 6}}}, Row{"8x6-int32", {{8, 6, int32}}}}) {
+                           Row{"8x6-dense", {{8, 6}, 8, false, dense}}, Row{"8x48", {{8, 48}}}, Row{"60x6", {{60, 6}}},
+                           Row{"8x6-int32", {{8, 6, int32}}}}) {
         if (only.empty() || only == row.name) {
             rows.push_back(row);
         }
@@ -79,12 +81,13 @@ void CostMeasurement::measure(const Link &link) {
 }
 
 void CostMeasurement::print() const {
-    std::printf("\nCPU time of the capture's thread a frame: %u streams, int16 if nothing else is said, %u frames/s\n"
+    std::printf("\nCPU time of the capture's thread a frame, in 8 streams of int16 if nothing else is said\n"
                 "bare: libpcap's loop with an empty callback; library: all frame checks, the conversion and the\n"
-                "writes to buffers that signal each %u samples; medians and least values of %d rounds in turn\n"
+                "writes to buffers that signal each %u samples; medians and least values of %d rounds in turn, with\n"
+                "up to 1000 wake-ups a second in both; frames/s: the least that was reached\n"
                 "%-11s %8s %11s %6s %8s %11s %6s %5s %9s\n",
-                rows[0].traffic.streams, rows[0].traffic.rate, clockAmount, rounds, "case", "bare ns", "library ns",
-                "ratio", "least ns", "library ns", "ratio", "goal", "frames/s");
+                clockAmount, rounds, "case", "bare ns", "library ns", "ratio", "least ns", "library ns", "ratio",
+                "goal", "frames/s");
     for (const Row &row : rows) {
         const double bare = median(row.bare);
         const double library = median(row.library);
