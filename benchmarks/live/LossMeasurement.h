@@ -25,9 +25,11 @@ private:
         std::uint64_t kernelDrops = 0;
         std::uint64_t refused = 0;
         DropsOnTheWay onTheWay{};
+        double waited = 0; ///< ms
     };
 
     std::vector<Row> rows = {{8000}, {64000}, {256000}};
+    bool senderFirst = false;
 };
 
 } // namespace live

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -46,6 +47,13 @@ double ThreadTime::nanoseconds() const {
         throw std::system_error(errno, std::generic_category(), "the CPU time of a thread");
     }
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+}
+
+double ThreadTime::waitedMilliseconds() const {
+    double run = 0;
+    double waited = 0;
+    std::ifstream("/proc/self/task/" + std::to_string(thread) + "/schedstat") >> run >> waited;
+    return waited * 1e-6;
 }
 
 } // namespace live

@@ -13,6 +13,8 @@ public:
     explicit ThreadTime(const std::function<void()> &start);
 
     double nanoseconds() const;
+    /// How long the thread could have run, but had no core, so far.
+    double waitedMilliseconds() const;
 
 private:
     pid_t thread = 0;
