@@ -3,20 +3,20 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <sstream>
 #include <utility>
 
 #include <sonvex/version.h>
 
 #include "common/CommandLine.h"
-#include "common/MacAddress.h"
 #include "common/Refusal.h"
 #include "common/Text.h"
 #include "common/parseNumber.h"
+#include "common/streamArgument.h"
 #include "monitoring/analyses/AnalysisKind.h"
 
 namespace analyser {
 
-using monitoring::Analyses;
 using monitoring::ClockSettings;
 using monitoring::StreamSettings;
 
@@ -35,7 +35,7 @@ constexpr char generalHelp[] =
     "Commands:\n"
     "  devices  Lists the network adapters.\n"
     "  streams  Listens at an adapter and lists the streams there, each with the option that monitors it.\n"
-    "  monitor  Shows waveforms, power spectra and sound levels of live channels.\n"
+    "  monitor  Shows waveforms, power spectra and sound levels of live channels, of all streams if none is named.\n"
     "\n"
     "Options:\n"
     "  -h, --help     Displays this help; after a command, the help of the command.\n"
@@ -47,46 +47,87 @@ constexpr char generalHelp[] =
     throw common::Refusal(text);
 }
 
-std::string parseMac(const std::string &text, const std::string &what) {
-    return common::toString(common::parseMacAddress(text, what));
+template <class Entries, class Member, class Value>
+const auto *parseEntry(const Entries &entries, Member member, const Value &value, const std::string &what) {
+    const auto *entry = common::find(entries, member, value);
+    if (entry == nullptr) {
+        std::string known;
+        for (const auto &candidate : entries) {
+            std::ostringstream name;
+            name << candidate.*member;
+            known += (known.empty() ? "" : ", ") + name.str();
+        }
+        std::ostringstream refusal;
+        refusal << what << ": '" << value << "' is none of " << known;
+        refuse(refusal.str());
+    }
+    return entry;
 }
 
-StreamSettings parseStream(const std::string &text) {
+void parseSetting(StreamRequest &stream, const std::string &key, const std::string &value) {
+    constexpr unsigned most = std::numeric_limits<unsigned>::max();
+    if (key == "channels") {
+        stream.channels = common::parseNumber<unsigned>(value, "--stream channels", 1, 255);
+    } else if (key == "samples") {
+        stream.samplesPerChannel = common::parseNumber<unsigned>(value, "--stream samples", 0, maximumSamplesPerPacket);
+    } else if (key == "format") {
+        stream.format = parseEntry(common::aafFormats, &common::AafFormat::name, value, "--stream format");
+    } else {
+        const auto rate = common::parseNumber<unsigned>(value, "--stream rate", 0, most);
+        stream.sampleRate = parseEntry(common::aafRates, &common::AafRate::hertz, rate, "--stream rate")->hertz;
+    }
+}
+
+StreamRequest parseStream(const std::string &text) {
     const auto parts = text::split(text, ',');
-    StreamSettings stream;
-    stream.mac = parseMac(parts.front(), "--stream");
+    StreamRequest stream;
+    stream.key = common::parseStreamKey(parts.front(), "--stream");
     std::vector<std::string> seen;
     for (std::size_t i = 1; i < parts.size(); ++i) {
         const auto equals = parts[i].find('=');
         const std::string key = parts[i].substr(0, equals);
-        const std::string value = equals == std::string::npos ? "" : parts[i].substr(equals + 1);
-        if (key == "channels") {
-            stream.channels = common::parseNumber<unsigned>(value, "--stream channels", 1, 255);
-        } else if (key == "samples") {
-            stream.samplesPerChannel =
-                common::parseNumber<unsigned>(value, "--stream samples", 1, maximumSamplesPerPacket);
-        } else {
-            refuse("--stream '" + text + "': '" + parts[i] + "' is neither channels=N nor samples=N");
+        if (key != "channels" && key != "samples" && key != "format" && key != "rate") {
+            refuse("--stream '" + text + "': '" + parts[i] +
+                   "' is none of channels=N, samples=N, format=NAME and rate=HZ");
         }
         if (std::find(seen.begin(), seen.end(), key) != seen.end()) {
             refuse("--stream '" + text + "' gives the " + key + " twice");
         }
+        parseSetting(stream, key, equals == std::string::npos ? "" : parts[i].substr(equals + 1));
         seen.push_back(key);
     }
     return stream;
 }
 
-std::vector<StreamSettings> parseStreamSettings(const std::vector<std::string> &values) {
-    std::vector<StreamSettings> streams;
+std::vector<StreamRequest> parseStreamRequests(const std::vector<std::string> &values) {
+    std::vector<StreamRequest> streams;
     for (const std::string &value : values) {
-        const StreamSettings stream = parseStream(value);
-        if (std::any_of(streams.begin(), streams.end(), [&](const auto &other) { return other.mac == stream.mac; })) {
-            refuse("the stream " + stream.mac + " is given twice");
+        const StreamRequest stream = parseStream(value);
+        if (std::any_of(streams.begin(), streams.end(), [&](const auto &other) { return other.key == stream.key; })) {
+            refuse("the stream " + stream.key + " is given twice");
         }
         streams.push_back(stream);
     }
+    return streams;
+}
+
+/// Streams that have all that is asked of them, as far as the command line leaves it open.
+std::vector<StreamSettings> mostPossible(const MonitorOptions &options) {
+    constexpr unsigned mostChannels = 255;
+    std::vector<StreamSettings> streams;
+    for (const StreamRequest &stream : options.streams) {
+        streams.push_back({stream.key, stream.channels.value_or(mostChannels), 0, stream.format,
+                           stream.sampleRate.value_or(monitoring::usualRate)});
+    }
     if (streams.empty()) {
-        refuse("monitor needs a --stream MAC[,channels=N][,samples=N]");
+        streams.push_back({std::string(16, '0'), mostChannels, 0});
+        for (const auto &[kind, values] : options.analyses) {
+            for (const std::string &value : values) {
+                if (const auto at = value.find('@'); at != std::string::npos) {
+                    streams.push_back({common::parseStreamKey(value.substr(at + 1), "--" + kind), mostChannels, 0});
+                }
+            }
+        }
     }
     return streams;
 }
@@ -179,9 +220,12 @@ void addMonitorOptions(common::CommandLine &line) {
     line.addOption("device", "The network adapter, as the command devices names it; one at a time.", "name");
     line.addOption(
         "stream",
-        "MAC[,channels=N][,samples=N]: a stream by its source address, with the most channels that its packets "
-        "hold (2) and the samples of each channel in a packet (6). May be repeated; of N streams on an adapter each "
-        "message of a changed channel amount arrives N times.",
+        "STREAM[,channels=N][,samples=N][,format=int16|int24|int32|float32][,rate=HZ]: a stream by its source address, "
+        "or by its ID if the source sends several, with the most channels that its packets hold, the samples of each "
+        "channel in a packet (0 for what the length of each says), their format and their rate (48000 behind the three "
+        "others). What is left out its frames say, which are listened for up to 1 s; without any, it is 2 channels, 6 "
+        "samples and 16 bits. May be repeated; of N streams on an adapter each message of a changed channel amount "
+        "arrives N times. Without this option: all streams that are heard in 1 to 3 s.",
         "stream");
     for (const monitoring::AnalysisKind *kind : monitoring::analysisKinds()) {
         line.addOption(kind->name, kind->help, kind->name);
@@ -216,22 +260,16 @@ void addMonitorOptions(common::CommandLine &line) {
                 "reader.");
 }
 
-unsigned parseBuffer(const common::CommandLine &line, const Analyses &analyses) {
+unsigned defaultBuffer(const monitoring::SessionSettings &session) {
     unsigned longest = 0;
-    for (const auto &analysis : analyses) {
+    for (const auto &analysis : session.analyses) {
         longest = std::max(longest, analysis->amount());
     }
-    const auto given = line.single("buffer");
-    if (!given) {
-        return longest + static_cast<unsigned>(monitoring::sampleRate);
+    unsigned second = monitoring::usualRate; // samples
+    for (const StreamSettings &stream : session.streams) {
+        second = std::max(second, stream.sampleRate);
     }
-    const auto size = common::parseNumber<unsigned>(*given, "--buffer", 0, maximumBuffer);
-    for (const auto &analysis : analyses) {
-        if (const std::string refusal = analysis->bufferRefusal(size); !refusal.empty()) {
-            refuse("--buffer " + *given + ' ' + refusal);
-        }
-    }
-    return size;
+    return longest + second;
 }
 
 std::vector<OutputOptions> parseOutputs(const common::CommandLine &line) {
@@ -253,7 +291,8 @@ std::vector<OutputOptions> parseOutputs(const common::CommandLine &line) {
 
 Command parseMonitor(const QStringList &arguments) {
     common::CommandLine line(
-        "Shows waveforms, power spectra and sound levels of live channels. Values have a full scale of +-1.0; 0 dBFS "
+        "Shows waveforms, power spectra and sound levels of live channels; without any of these options the levels of "
+        "all channels, and waveform and spectrum of the first one. Values have a full scale of +-1.0; 0 dBFS "
         "is a mean square of 1.0, so a sine at full scale has -3.01 dBFS, as a level and as the power of the bins of "
         "its peak in a spectrum. A level is the highest within the samples of its result; max is the highest since the "
         "start, and eq the mean of the results' energies. JSON and CSV hold values as the library gives them: linear "
@@ -271,17 +310,19 @@ Command parseMonitor(const QStringList &arguments) {
     if (session.device.empty()) {
         refuse("monitor needs a --device NAME (the command devices lists them)");
     }
-    session.streams = parseStreamSettings(line.all("stream"));
+    options.streams = parseStreamRequests(line.all("stream"));
     if (const auto clock = line.single("clock")) {
         session.clock = parseClock(*clock);
     }
-    session.analyses = monitoring::parseAnalyses([&](const char *option) { return line.all(option); },
-                                                 {session.streams, session.clock});
-    if (session.analyses.empty()) {
-        refuse("monitor needs a --waveform CHANNEL:AMOUNT[@MAC], --spectrum CHANNEL:ORDER[@MAC] or --levels "
-               "CHANNEL[@MAC]");
+    for (const monitoring::AnalysisKind *kind : monitoring::analysisKinds()) {
+        if (const auto values = line.all(kind->name); !values.empty()) {
+            options.analyses[kind->name] = values;
+        }
     }
-    session.bufferSize = parseBuffer(line, session.analyses);
+    if (const auto buffer = line.single("buffer")) {
+        options.bufferSize = common::parseNumber<unsigned>(*buffer, "--buffer", 0, maximumBuffer);
+    }
+    (void)settingsFor(options, mostPossible(options)); // what no stream allows is refused at once
     if (const auto reference = line.single("reference")) {
         session.reference = common::parseNumber<double>(*reference, "--reference", -300, 300);
     }
@@ -297,6 +338,24 @@ Command parseMonitor(const QStringList &arguments) {
 }
 
 } // namespace
+
+monitoring::SessionSettings settingsFor(const MonitorOptions &options, std::vector<StreamSettings> streams) {
+    monitoring::SessionSettings session = options.session;
+    session.streams = std::move(streams);
+    session.analyses = monitoring::parseAnalyses(
+        [&](const char *option) {
+            const auto found = options.analyses.find(option);
+            return found == options.analyses.end() ? std::vector<std::string>() : found->second;
+        },
+        {session.streams, session.clock});
+    session.bufferSize = options.bufferSize.value_or(defaultBuffer(session));
+    for (const auto &analysis : session.analyses) {
+        if (const std::string refusal = analysis->bufferRefusal(session.bufferSize); !refusal.empty()) {
+            refuse("--buffer " + std::to_string(session.bufferSize) + ' ' + refusal);
+        }
+    }
+    return session;
+}
 
 Command parseCommandLine(const QStringList &arguments) {
     const std::string command = arguments.size() > 1 ? arguments[1].toStdString() : "";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -8,6 +9,7 @@
 
 #include <QStringList>
 
+#include "common/AafFormat.h"
 #include "monitoring/SessionSettings.h"
 
 namespace analyser {
@@ -29,8 +31,28 @@ struct OutputOptions {
     bool waits = false;
 };
 
+/// A stream as the command line names it. What it leaves out, its frames say.
+struct StreamRequest {
+    /// Of the source address or of the ID.
+    std::string key;
+    std::optional<unsigned> channels;
+    std::optional<unsigned> samplesPerChannel;
+    const common::AafFormat *format = nullptr;
+    std::optional<unsigned> sampleRate;
+
+    /// Whether it can be followed without its frames: a rate left out behind all the rest is 48 kHz, as the command
+    /// streams writes it.
+    bool isComplete() const { return channels && samplesPerChannel && format != nullptr; }
+};
+
 struct MonitorOptions {
+    /// All but the streams, the analyses and the buffer, which wait for what is heard.
     monitoring::SessionSettings session;
+    /// Empty for all that are heard.
+    std::vector<StreamRequest> streams;
+    /// The values of each kind's option; empty for an overview.
+    std::map<std::string, std::vector<std::string>> analyses;
+    std::optional<unsigned> bufferSize;
     /// Endless without.
     std::optional<double> seconds;
     /// The first one is what the user looks at.
@@ -60,5 +82,8 @@ using Command = std::variant<ShownText, DevicesOptions, StreamsOptions, MonitorO
 /// @param arguments with the program's name first
 /// @throws common::Refusal for a command line that can't be followed
 Command parseCommandLine(const QStringList &arguments);
+
+/// The session of the options with these streams. @throws common::Refusal for analyses that they don't allow
+monitoring::SessionSettings settingsFor(const MonitorOptions &options, std::vector<monitoring::StreamSettings> streams);
 
 } // namespace analyser

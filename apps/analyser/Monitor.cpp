@@ -14,6 +14,7 @@
 #include "analyser/files/CsvFile.h"
 #include "analyser/files/JsonFile.h"
 #include "analyser/output/Output.h"
+#include "analyser/setUp.h"
 #include "analyser/terminal/LiveView.h"
 #include "analyser/terminal/PlainView.h"
 #include "common/Refusal.h"
@@ -38,9 +39,9 @@ bool isShared(const struct stat &one, const struct stat &other) {
 } // namespace
 
 Monitor::Monitor(const MonitorOptions &options)
-    : options(options), ending(std::make_shared<Ending>(SignalWatcher::endRequested)), session(options.session) {
-    for (const OutputOptions &settings : options.outputs) {
-        outputs.push_back(std::make_shared<Output>(settings.file, ending));
+    : options(options), ending(std::make_shared<Ending>(SignalWatcher::endRequested)) {
+    for (const OutputOptions &output : options.outputs) {
+        outputs.push_back(std::make_shared<Output>(output.file, ending));
     }
     refuseSharedFiles();
     // The library's log would write across a view that redraws.
@@ -80,11 +81,13 @@ int Monitor::run() {
         handlers.resume = [this] { onScreen(&LiveView::enterScreen); };
     }
     const SignalWatcher signalWatcher(handlers); // before any thread
-    session.open();
-    session.onResult([this](const auto &result) { post(result); });
-    session.onMessage([this](const auto &message) { post(message); });
+    settings = setUp(options);
+    session.emplace(settings);
+    session->open();
+    session->onResult([this](const auto &result) { post(result); });
+    session->onMessage([this](const auto &message) { post(message); });
 
-    const std::string note = monitoring::describeLimits(options.session.analyses, options.session.bufferSize);
+    const std::string note = monitoring::describeLimits(settings.analyses, settings.bufferSize);
     if (!note.empty() && !hasScreen) {
         common::complain(note);
     }
@@ -99,11 +102,11 @@ int Monitor::run() {
     for (std::size_t index = 0; index < outputs.size(); ++index) {
         addListener(index);
     }
-    post(std::make_shared<const monitoring::Status>(session.examine()));
+    post(std::make_shared<const monitoring::Status>(session->examine()));
     QObject::connect(&ticker, &QTimer::timeout, &ticker, [this] { tick(); });
     ticker.setTimerType(Qt::PreciseTimer);
     ticker.start(tickPeriod);
-    session.start();
+    session->start();
     if (options.seconds) {
         QTimer::singleShot(time, Qt::PreciseTimer, &ticker, [this] { quit(); });
     }
@@ -113,22 +116,22 @@ int Monitor::run() {
 }
 
 void Monitor::addListener(std::size_t index) {
-    const OutputOptions &settings = options.outputs[index];
+    const OutputOptions &output = options.outputs[index];
     std::unique_ptr<monitoring::Listener> listener;
-    if (settings.format == Format::json) {
-        listener = std::make_unique<JsonFile>(outputs[index], options.session);
-    } else if (settings.format == Format::csv) {
-        listener = std::make_unique<CsvFile>(outputs[index], options.session);
+    if (output.format == Format::json) {
+        listener = std::make_unique<JsonFile>(outputs[index], settings);
+    } else if (output.format == Format::csv) {
+        listener = std::make_unique<CsvFile>(outputs[index], settings);
     } else if (hasScreen) {
-        auto liveView = std::make_unique<LiveView>(outputs[index], options.session);
+        auto liveView = std::make_unique<LiveView>(outputs[index], settings);
         view = liveView.get();
         listener = std::move(liveView);
     } else {
-        listener = std::make_unique<PlainView>(outputs[index], options.session);
+        listener = std::make_unique<PlainView>(outputs[index], settings);
     }
     using WhenFull = monitoring::Delivery::WhenFull;
     monitoring::Delivery::Terms terms{queueBound};
-    if (settings.waits && settings.format != Format::live) {
+    if (output.waits && output.format != Format::live) {
         terms.bound = waitingBound;
         terms.whenFull = WhenFull::wait;
         terms.givesUp = [ending = ending] { return ending->isUrgent(); };
@@ -154,7 +157,7 @@ void Monitor::tick() {
         quit();
         return;
     }
-    const auto status = std::make_shared<const monitoring::Status>(session.examine());
+    const auto status = std::make_shared<const monitoring::Status>(session->examine());
     post(status);
     if (!hasScreen) {
         say(*status);
@@ -165,7 +168,7 @@ void Monitor::tick() {
 void Monitor::say(const monitoring::Status &status) {
     for (const auto &condition : status.conditions) {
         if (std::none_of(said.begin(), said.end(), [&](const auto &other) { return condition.continues(other); })) {
-            common::complain(monitoring::describe(condition, options.session));
+            common::complain(monitoring::describe(condition, settings));
         }
     }
     if (status.conditions.empty() && !said.empty()) {
@@ -181,14 +184,14 @@ int Monitor::finish() {
     if (hasScreen) {
         onScreen(&LiveView::leaveScreen); // also a program that is killed while it ends leaves a terminal in order
     }
-    session.end();
+    session->end();
     endListeners();
     return report();
 }
 
 /// While listeners take what is on its way, signals are still heard.
 void Monitor::endListeners() {
-    const auto status = std::make_shared<const monitoring::Status>(session.examine());
+    const auto status = std::make_shared<const monitoring::Status>(session->examine());
     std::size_t open = deliveries.size();
     const auto ended = [&open] {
         --open;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <QTimer>
@@ -48,14 +49,15 @@ private:
     int report() const;
 
     const MonitorOptions &options;
+    monitoring::SessionSettings settings; ///< of the session; nobody reads them before they are complete
     const std::shared_ptr<Ending> ending;
     std::vector<std::shared_ptr<Output>> outputs; ///< one for each of the deliveries
     bool hasScreen = false;
     LiveView *view = nullptr; ///< of the first delivery, if it has a screen
     std::vector<std::unique_ptr<monitoring::Delivery>> deliveries;
     QTimer ticker;
-    std::vector<monitoring::Condition> said; ///< at the last tick
-    monitoring::Session session;             ///< last: its end hands things over to all of the above
+    std::vector<monitoring::Condition> said;    ///< at the last tick
+    std::optional<monitoring::Session> session; ///< last: its end hands things over to all of the above
 };
 
 } // namespace analyser

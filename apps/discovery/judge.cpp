@@ -1,6 +1,7 @@
 #include "discovery/judge.h"
 
 #include "common/Text.h"
+#include "common/streamArgument.h"
 
 namespace discovery {
 
@@ -73,13 +74,9 @@ void judge(WireStream &stream, bool sharesSource) {
     }
     const StreamFormat &format = stream.format;
     stream.hasSoundLevels = format.rate == usualRate;
-    stream.argument = (stream.id ? common::toString(*stream.id) : common::toString(stream.source)) +
-                      ",channels=" + std::to_string(*format.channels) +
-                      ",samples=" + std::to_string(stream.samples->greatest) +
-                      ",format=" + std::string(format.samples()->name);
-    if (!stream.hasSoundLevels) {
-        stream.argument += ",rate=" + text::number(*format.rate);
-    }
+    stream.argument = common::streamArgument(stream.id ? common::toString(*stream.id) : common::toString(stream.source),
+                                             *format.channels, stream.samples->greatest, *format.samples(),
+                                             static_cast<unsigned>(*format.rate));
 }
 
 } // namespace discovery

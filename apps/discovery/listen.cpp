@@ -22,7 +22,7 @@ double seconds(Clock::duration duration) {
 } // namespace
 
 Findings listen(const std::string &name, milliseconds duration, const std::function<void(const Progress &)> &report,
-                const std::function<bool()> &isStopped) {
+                const std::function<bool(const Survey &heard)> &isStopped) {
     Adapter adapter(name);
     Survey survey;
     const auto begin = Clock::now();
@@ -31,7 +31,7 @@ Findings listen(const std::string &name, milliseconds duration, const std::funct
     const auto end = begin + duration;
     auto nextReport = begin;
     auto now = begin;
-    for (; now < end && !(isStopped && isStopped()); now = Clock::now()) {
+    for (; now < end && !(isStopped && isStopped(survey)); now = Clock::now()) {
         if (report && now >= nextReport) {
             report({seconds(now - begin), seconds(duration), survey.streamAmount()});
             nextReport = now + period;

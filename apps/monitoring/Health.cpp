@@ -29,9 +29,9 @@ std::optional<Condition> adapterCondition(const Status &status) {
 }
 
 Condition conditionOf(const StreamStatus &stream, Cause cause, std::uint64_t amount = 0) {
-    Condition condition{cause, stream.mac};
+    Condition condition{cause, stream.key};
     condition.amount = amount;
-    condition.declaredChannels = stream.declaredChannels;
+    condition.declared = stream.declared;
     return condition;
 }
 
@@ -57,7 +57,7 @@ std::vector<Condition> Health::streamConditions(const StreamStatus &stream, cons
     std::vector<Condition> conditions;
     for (const auto &entry : status.analyses) {
         const Analysis::Channel &channel = entry.analysis->channel();
-        if (channel.mac != stream.mac || (entry.state != AnalysisStatus::State::silent && !unseen)) {
+        if (channel.stream != stream.key || (entry.state != AnalysisStatus::State::silent && !unseen)) {
             continue;
         }
         const Condition cause = silenceOf(stream, channel.number);
@@ -77,7 +77,7 @@ std::vector<Condition> Health::streamConditions(const StreamStatus &stream, cons
         remember(*refusal, status.seconds);
     }
     for (const Loss &loss : losses) {
-        if (conditions.empty() && loss.condition.stream == stream.mac && status.seconds < loss.seconds + remembrance) {
+        if (conditions.empty() && loss.condition.stream == stream.key && status.seconds < loss.seconds + remembrance) {
             conditions.push_back(loss.condition);
         }
     }
@@ -95,14 +95,14 @@ void Health::remember(const Condition &condition, double seconds) {
 /// Nothing while the stream's frames are taken.
 std::optional<Condition> Health::refusalOf(const StreamStatus &stream) const {
     const StreamStatus earlier = before(stream);
-    if (stream.refusedChannelAmount > earlier.refusedChannelAmount) {
-        return conditionOf(stream, Cause::wrongChannelAmount, stream.refusedChannelAmount);
-    }
-    if (stream.refusedDataLength > earlier.refusedDataLength) {
-        return conditionOf(stream, Cause::wrongDataLength, stream.refusedDataLength);
-    }
-    if (stream.refusedIncomplete > earlier.refusedIncomplete) {
-        return conditionOf(stream, Cause::incompleteFrames, stream.refusedIncomplete);
+    for (const auto &[amount, cause] : {std::pair{&StreamStatus::refusedFormat, Cause::wrongFormat},
+                                        {&StreamStatus::refusedSampleRate, Cause::wrongSampleRate},
+                                        {&StreamStatus::refusedChannelAmount, Cause::wrongChannelAmount},
+                                        {&StreamStatus::refusedDataLength, Cause::wrongDataLength},
+                                        {&StreamStatus::refusedIncomplete, Cause::incompleteFrames}}) {
+        if (stream.*amount > earlier.*amount) {
+            return conditionOf(stream, cause, stream.*amount);
+        }
     }
     return std::nullopt;
 }
@@ -111,7 +111,7 @@ Condition Health::silenceOf(const StreamStatus &stream, unsigned channel) const 
     if (const auto refusal = refusalOf(stream)) {
         return *refusal;
     }
-    if (stream.declaredChannels > 0 && channel >= static_cast<unsigned>(stream.declaredChannels)) {
+    if (stream.declared.channels > 0 && channel >= static_cast<unsigned>(stream.declared.channels)) {
         return conditionOf(stream, Cause::channelAbsent);
     }
     if (stream.gaps > before(stream).gaps) {
@@ -125,7 +125,7 @@ Condition Health::silenceOf(const StreamStatus &stream, unsigned channel) const 
 
 StreamStatus Health::before(const StreamStatus &stream) const {
     const auto found =
-        std::find_if(latest.begin(), latest.end(), [&](const auto &other) { return other.mac == stream.mac; });
+        std::find_if(latest.begin(), latest.end(), [&](const auto &other) { return other.key == stream.key; });
     return found == latest.end() ? StreamStatus() : *found;
 }
 

@@ -70,12 +70,12 @@ Message decode(const sonvex::imessages::IBaseMessage &message) {
     return decoded;
 }
 
-StreamStatus statusOf(const std::string &mac, const sonvex::IStreamFacts &facts) {
+StreamStatus statusOf(const std::string &key, const sonvex::IStreamFacts &facts) {
     using sonvex::FrameRefusal;
     StreamStatus status;
-    status.mac = mac;
+    status.key = key;
     status.seen = facts.getCaptureTime() != 0;
-    status.declaredChannels = facts.getChannelAmount();
+    status.declared = {facts.getFormat(), facts.getChannelAmount(), facts.getDataLength(), facts.getSampleRate()};
     status.taken = facts.getFramesTaken();
     status.gaps = facts.getGaps();
     status.lost = facts.getFramesLost();
@@ -84,7 +84,43 @@ StreamStatus statusOf(const std::string &mac, const sonvex::IStreamFacts &facts)
     status.refusedDataLength = facts.getFramesRefused(FrameRefusal::DataLength);
     status.refusedIncomplete = facts.getFramesRefused(FrameRefusal::IncompleteHeader) +
                                facts.getFramesRefused(FrameRefusal::IncompleteSamples);
+    status.refusedFormat = facts.getFramesRefused(FrameRefusal::Format);
+    status.refusedSampleRate = facts.getFramesRefused(FrameRefusal::SampleRate);
+    status.nonFiniteSamples = facts.getNonFiniteSamples();
+    status.streamId = facts.getStreamId();
+    status.vlanId = facts.getVlanId();
+    status.vlanPriority = facts.getVlanPriority();
+    status.clock = facts.getClock();
     return status;
+}
+
+sonvex::SampleFormat formatOf(const common::AafFormat &format) {
+    constexpr unsigned widest = 4; // bytes
+    if (format.name == "float32") {
+        return sonvex::SampleFormat::Float32;
+    }
+    return format.bytes == widest ? sonvex::SampleFormat::Int32
+           : format.bytes == 2    ? sonvex::SampleFormat::Int16
+                                  : sonvex::SampleFormat::Int24;
+}
+
+sonvex::IDeviceConfiguration &deviceOf(const StreamSettings &stream, sonvex::IBufferConfiguration &buffer) {
+    using Device = sonvex::IDeviceConfiguration;
+    if (stream.format != nullptr) {
+        return Device::createInstance(stream.key, buffer, formatOf(*stream.format), stream.channels,
+                                      stream.samplesPerChannel, stream.sampleRate);
+    }
+    constexpr unsigned sampleSize = 2; // bytes
+    return Device::createInstance(stream.key, buffer, sampleSize, stream.channels, stream.samplesPerChannel);
+}
+
+sonvex::IStreamConfiguration &configurationOf(const StreamSettings &stream, sonvex::INetworkDeviceInfo &adapter,
+                                              sonvex::IDeviceConfiguration &device) {
+    using Configuration = sonvex::IStreamConfiguration;
+    if (stream.isId()) {
+        return Configuration::createInstance(stream.key, sonvex::StreamId(stream.key), adapter, device);
+    }
+    return Configuration::createInstance(stream.key, stream.key, adapter, device);
 }
 
 } // namespace
@@ -108,20 +144,18 @@ void Session::open() {
 
 void Session::addStream(const StreamSettings &stream) {
     auto &buffer =
-        sonvex::IBufferConfiguration::createInstance(stream.mac, settings.bufferSize, clockSamples(settings.analyses));
-    constexpr unsigned sampleSize = 2; // bytes
-    auto &device = sonvex::IDeviceConfiguration::createInstance(stream.mac, buffer, sampleSize, stream.channels,
-                                                                stream.samplesPerChannel);
-    auto &configuration = sonvex::IStreamConfiguration::createInstance(stream.mac, stream.mac, adapter, device);
+        sonvex::IBufferConfiguration::createInstance(stream.key, settings.bufferSize, clockSamples(settings.analyses));
+    auto &device = deviceOf(stream, buffer);
+    auto &configuration = configurationOf(stream, adapter, device);
     try {
         capture = &ISonvex::createInstance().addRemoteStreamReceiver(configuration);
     } catch (const exceptions::InstanceNotCreateable &error) {
         throw common::Refusal(openRefusal(settings.device, link.state(), error.what()), common::Refusal::failure);
     }
     adapterFacts = &sonvex::IAdapterFacts::createInstance(*capture);
-    const auto &facts = sonvex::IStreamFacts::createInstance(stream.mac);
-    const auto memory = largestExtent(settings.analyses) + static_cast<std::uint64_t>(sampleRate);
-    streams.emplace(stream.mac, Stream{&stream, &facts, Timeline(facts, stream.samplesPerChannel, memory)});
+    const auto &facts = sonvex::IStreamFacts::createInstance(stream.key);
+    const auto memory = largestExtent(settings.analyses) + stream.sampleRate;
+    streams.emplace(stream.key, Stream{&stream, &facts, Timeline(facts, stream, memory)});
 }
 
 void Session::addAnalysis(std::shared_ptr<const Analysis> analysis) {
@@ -129,11 +163,11 @@ void Session::addAnalysis(std::shared_ptr<const Analysis> analysis) {
     auto &library = ISonvex::createInstance();
     auto &configuration = analysis->configure();
     auto &handle = library.addProcessor(sonvex::IProcessConfiguration::createInstance(
-        analysis->name(), configuration, channel.mac, static_cast<unsigned char>(channel.number)));
+        analysis->name(), configuration, channel.stream, static_cast<unsigned char>(channel.number)));
     analysis->configureProcessor(configuration);
     library.getMeteringDataSource(handle).bindChannelCallback(
         [this, index = running.size()](sonvex::IChannelData &data) { receiveResult(index, data); });
-    Stream &stream = streams.at(channel.mac);
+    Stream &stream = streams.at(channel.stream);
     Running entry;
     entry.analysis = std::move(analysis);
     entry.processor = &handle;
@@ -208,10 +242,10 @@ void Session::receiveMessage(const sonvex::imessages::IBaseMessage &message) {
 }
 
 /// The stream's position runs on while it is without a channel.
-void Session::followChannels(const std::string &mac, int channels) {
+void Session::followChannels(const std::string &stream, int channels) {
     for (auto &entry : running) {
         const Analysis::Channel &channel = entry.analysis->channel();
-        if (channel.mac != mac) {
+        if (channel.stream != stream) {
             continue;
         }
         entry.stream->timeline.update();
@@ -248,8 +282,8 @@ Status Session::examine() {
         status.adapter.kernelDrops = adapterFacts->getKernelDrops();
     }
     for (const auto &stream : settings.streams) {
-        if (const auto found = streams.find(stream.mac); found != streams.end()) {
-            status.streams.push_back(statusOf(stream.mac, *found->second.facts));
+        if (const auto found = streams.find(stream.key); found != streams.end()) {
+            status.streams.push_back(statusOf(stream.key, *found->second.facts));
         }
     }
     const double elapsed = status.seconds - std::exchange(examinedAt, status.seconds);

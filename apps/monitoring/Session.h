@@ -80,7 +80,7 @@ private:
     void addAnalysis(std::shared_ptr<const Analysis> analysis);
     void receiveResult(std::size_t index, sonvex::IChannelData &data);
     void receiveMessage(const sonvex::imessages::IBaseMessage &message);
-    void followChannels(const std::string &mac, int channels);
+    void followChannels(const std::string &stream, int channels);
     double seconds() const;
     bool isOverdue(const Running &running) const;
 
@@ -92,7 +92,7 @@ private:
     std::function<void(std::shared_ptr<const Message>)> messageReceiver;
     sonvex::ihandles::INetworkReceiverHandle *capture = nullptr; ///< one for all streams of the adapter
     const sonvex::IAdapterFacts *adapterFacts = nullptr;
-    std::map<std::string, Stream> streams; ///< by address
+    std::map<std::string, Stream> streams; ///< by key
     std::vector<Running> running;
     std::uint64_t messages = 0;
     double examinedAt = 0.0; ///< seconds

@@ -5,17 +5,26 @@
 #include <string>
 #include <vector>
 
+#include <sonvex/IStreamFacts.h>
+
 #include "monitoring/AdapterLink.h"
 #include "monitoring/analyses/Analysis.h"
 
 namespace monitoring {
 
+/// What the newest frame of a stream says that it holds; -1 where it is too short to, and before the first one.
+struct Declaration {
+    int format = -1; ///< its code
+    int channels = -1;
+    int dataLength = -1; ///< bytes
+    int sampleRate = -1; ///< Hz; 0 for any
+};
+
 /// What has become of a stream's frames since the start.
 struct StreamStatus {
-    std::string mac;
+    std::string key;
     bool seen = false; ///< has any frame come
-    /// What the newest frame declares; -1 where it is too short to.
-    int declaredChannels = -1;
+    Declaration declared;
     std::uint64_t taken = 0;
     std::uint64_t gaps = 0;
     std::uint64_t lost = 0;
@@ -23,6 +32,17 @@ struct StreamStatus {
     std::uint64_t refusedChannelAmount = 0;
     std::uint64_t refusedDataLength = 0;
     std::uint64_t refusedIncomplete = 0; ///< cut short, in the header or in the samples
+    std::uint64_t refusedFormat = 0;
+    std::uint64_t refusedSampleRate = 0;
+    std::uint64_t nonFiniteSamples = 0;
+    std::string streamId;  ///< 16 digits; empty before a valid one
+    int vlanId = -1;       ///< -1 without a tag
+    int vlanPriority = -1; ///< so is this
+    sonvex::StreamClock clock;
+
+    std::uint64_t framesRefused() const {
+        return refusedChannelAmount + refusedDataLength + refusedIncomplete + refusedFormat + refusedSampleRate;
+    }
 };
 
 struct AdapterStatus {
@@ -52,6 +72,8 @@ struct Condition {
         captureEnded,
         wrongChannelAmount, ///< frames are refused for it
         wrongDataLength,
+        wrongFormat,
+        wrongSampleRate,
         incompleteFrames,
         channelAbsent, ///< the frames have fewer channels
         framesLost,
@@ -65,7 +87,7 @@ struct Condition {
     /// Those that give no results; empty if results come, but lack samples.
     std::vector<unsigned> channels{};
     std::uint64_t amount = 0; ///< of the frames so far that the cause counts
-    int declaredChannels = -1;
+    Declaration declared{};
     std::string reason{}; ///< the system's, for captureEnded
 
     /// Whether results don't come at all.

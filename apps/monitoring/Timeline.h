@@ -5,6 +5,8 @@
 #include <deque>
 #include <optional>
 
+#include "monitoring/analyses/Settings.h"
+
 namespace sonvex {
 class IStreamFacts;
 } // namespace sonvex
@@ -16,7 +18,7 @@ namespace monitoring {
 class Timeline {
 public:
     /// @param memory samples that gaps are remembered for
-    Timeline(const sonvex::IStreamFacts &facts, unsigned samplesPerPacket, std::uint64_t memory);
+    Timeline(const sonvex::IStreamFacts &facts, const StreamSettings &stream, std::uint64_t memory);
 
     /// Takes over what is known by now. What was lost lies between this and the call before.
     void update();
@@ -28,15 +30,21 @@ public:
     bool hasGap(std::uint64_t first, std::uint64_t last) const;
 
 private:
+    void readAmount();
+    std::uint64_t positionAt(std::uint64_t framesTaken) const;
+
     struct Gap {
         std::uint64_t after;
         std::uint64_t before;
     };
 
     const sonvex::IStreamFacts &facts;
-    const unsigned samplesPerPacket;
+    unsigned samplesPerPacket;
+    const bool amountIsDeclared; ///< by each frame
+    const double sampleRate;     ///< Hz
     const std::uint64_t memory;
     std::uint64_t position = 0;
+    std::uint64_t frames = 0; ///< taken until there
     std::uint64_t losses = 0;
     std::uint64_t atLosses = 0;          ///< the position right before the losses were read
     std::chrono::microseconds newest{0}; ///< when the frame that ends there was captured

@@ -1,9 +1,12 @@
 #include "monitoring/describe.h"
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 
 #include "common/Text.h"
 #include "common/oneLine.h"
+#include "common/streamArgument.h"
 
 namespace monitoring {
 
@@ -15,26 +18,70 @@ std::string soFar(std::uint64_t amount) {
     return " (" + std::to_string(amount) + " so far)";
 }
 
-std::string declaredBy(const Condition &condition) {
-    return text::counted(static_cast<std::uint64_t>(std::max(condition.declaredChannels, 0)), "channel");
+std::string channelsOf(const Declaration &declared) {
+    return text::counted(static_cast<std::uint64_t>(std::max(declared.channels, 0)), "channel");
+}
+
+const common::AafFormat *formatOf(const Declaration &declared) {
+    return common::find(common::aafFormats, &common::AafFormat::code, declared.format);
+}
+
+/// Of each channel; nothing for a length that leaves a rest.
+std::optional<unsigned> samplesOf(const Declaration &declared) {
+    const auto *format = formatOf(declared);
+    const int block = format != nullptr ? declared.channels * static_cast<int>(format->bytes) : 0;
+    const bool fits = block > 0 && declared.dataLength > 0 && declared.dataLength % block == 0;
+    return fits ? std::optional(static_cast<unsigned>(declared.dataLength / block)) : std::nullopt;
+}
+
+/// All that the frames say, and the option that follows them where it can.
+std::string allOf(const Declaration &declared, const std::string &stream) {
+    const auto *format = formatOf(declared);
+    const auto samples = samplesOf(declared);
+    std::string text = "they declare " +
+                       (format != nullptr ? std::string(format->name) : "format " + std::to_string(declared.format)) +
+                       ", " + channelsOf(declared) + ", " +
+                       (samples ? text::counted(*samples, "sample") : text::counted(declared.dataLength, "byte"));
+    text += declared.sampleRate > 0 ? ", " + std::to_string(declared.sampleRate) + " Hz" : "";
+    if (format != nullptr && samples && declared.sampleRate > 0) {
+        text += ": --stream " + common::streamArgument(stream, static_cast<unsigned>(declared.channels), *samples,
+                                                       *format, static_cast<unsigned>(declared.sampleRate));
+    }
+    return text;
+}
+
+std::string lengthOf(const StreamSettings &stream) {
+    return (stream.samplesPerChannel > 0 ? text::counted(stream.samplesPerChannel, "sample") : "whole samples") +
+           " of " +
+           (stream.format != nullptr
+                ? std::to_string(8 * stream.format->bytes) + " bits (" + std::string(stream.format->name) + ')'
+                : "16 bits");
 }
 
 std::string ofStream(const Condition &condition, const SessionSettings &settings) {
     StreamSettings stream;
     for (const auto &candidate : settings.streams) {
-        stream = candidate.mac == condition.stream ? candidate : stream;
+        stream = candidate.key == condition.stream ? candidate : stream;
     }
+    const Declaration &declared = condition.declared;
+    const std::string refused = "its frames are refused, ";
+    const std::string all = soFar(condition.amount) + "; " + allOf(declared, condition.stream);
     switch (condition.cause) {
     case Cause::wrongChannelAmount:
-        return "its frames are refused, they declare " + declaredBy(condition) + " where up to " +
-               std::to_string(stream.channels) + " are configured" + soFar(condition.amount);
+        return refused + "they declare " + channelsOf(declared) + " where up to " + std::to_string(stream.channels) +
+               " are configured" + all;
     case Cause::wrongDataLength:
-        return "its frames are refused, their data length is not that of " + std::to_string(stream.samplesPerChannel) +
-               " samples of 16 bits for each of " + declaredBy(condition) + soFar(condition.amount);
+        return refused + "their data length is not that of " + lengthOf(stream) + " for each of " +
+               channelsOf(declared) + all;
+    case Cause::wrongFormat:
+        return refused + "their samples are no " +
+               (stream.format != nullptr ? std::string(stream.format->name) : "int16") + all;
+    case Cause::wrongSampleRate:
+        return refused + "their rate is not " + std::to_string(stream.sampleRate) + " Hz" + all;
     case Cause::incompleteFrames:
-        return "its frames are refused, they end before their samples do" + soFar(condition.amount);
+        return refused + "they end before their samples do" + soFar(condition.amount);
     case Cause::channelAbsent:
-        return "its frames hold " + declaredBy(condition) + " only";
+        return "its frames hold " + channelsOf(declared) + " only";
     case Cause::framesLost:
         return "packets are missed, and the frame that shows a gap is dropped" + soFar(condition.amount);
     case Cause::noResults:
@@ -44,6 +91,10 @@ std::string ofStream(const Condition &condition, const SessionSettings &settings
     default:
         return "no frame of this stream has arrived so far";
     }
+}
+
+std::string offset(double ppm) {
+    return (ppm < 0 ? "" : "+") + text::fixed(ppm, 0) + " ppm";
 }
 
 } // namespace
@@ -101,6 +152,20 @@ std::string describeHealth(const Status &status, const SessionSettings &settings
     return result.empty() ? describeLimits(settings.analyses, settings.bufferSize) : result;
 }
 
+std::string describeClock(const StreamStatus &stream) {
+    constexpr double wrongOffset = 100.0; // ppm
+    const sonvex::StreamClock &clock = stream.clock;
+    std::string text;
+    const auto note = [&](bool applies, const std::string &part) {
+        text += !applies ? "" : (text.empty() ? "" : ", ") + part;
+    };
+    note(clock.timestampsUncertain > 0, text::counted(clock.timestampsUncertain, "frame") + " of uncertain time");
+    note(clock.restarts > 0, text::counted(clock.restarts, "restart"));
+    note(std::abs(clock.presentationOffset) > wrongOffset, "rate off by " + offset(clock.presentationOffset));
+    note(std::abs(clock.arrivalOffset) > wrongOffset, "arrivals off by " + offset(clock.arrivalOffset));
+    return text.empty() ? "" : "clock of " + stream.key + ": " + text;
+}
+
 std::uint64_t packetsMissed(const Status &status) {
     std::uint64_t all = 0;
     for (const StreamStatus &stream : status.streams) {
@@ -115,6 +180,8 @@ StreamStatus refusals(const Status &status) {
         all.refusedChannelAmount += stream.refusedChannelAmount;
         all.refusedDataLength += stream.refusedDataLength;
         all.refusedIncomplete += stream.refusedIncomplete;
+        all.refusedFormat += stream.refusedFormat;
+        all.refusedSampleRate += stream.refusedSampleRate;
     }
     return all;
 }
@@ -127,6 +194,8 @@ std::string summaryText(const Status &status, const std::string &linePrefix) {
                        ", frames refused for the channel amount: " + std::to_string(refused.refusedChannelAmount) +
                        ", for the data length: " + std::to_string(refused.refusedDataLength) +
                        ", as incomplete: " + std::to_string(refused.refusedIncomplete) +
+                       ", for the format: " + std::to_string(refused.refusedFormat) +
+                       ", for the sample rate: " + std::to_string(refused.refusedSampleRate) +
                        ", dropped by this machine: " + std::to_string(status.adapter.kernelDrops) + '\n';
     for (const auto &entry : status.analyses) {
         text += linePrefix + entry.analysis->name() + ": " + text::counted(entry.results, "result") + '\n';

@@ -135,7 +135,8 @@ TEST(Monitor, tellsInPlainLinesHowEachAnalysisFares) {
     analyser.signal(SIGINT);
     const auto result = analyser.wait();
     EXPECT_TRUE(says("^summary: \\d+\\.\\d{3} s, \\d messages, packets missed: \\d+, frames refused for the channel "
-                     "amount: 0, for the data length: 0, as incomplete: 0, dropped by this machine: \\d+\n"
+                     "amount: 0, for the data length: 0, as incomplete: 0, for the format: 0, for the sample rate: 0, "
+                     "dropped by this machine: \\d+\n"
                      "waveform_020000000001_ch0: \\d{3} results\nspectrum_020000000001_ch0: \\d{3} results\n"));
     const QRegularExpression complaints(QStringLiteral(
         "no frame of this stream has arrived[^$]*results arrive from[^$]*no more frames arrive[^$]*results arrive"));

@@ -28,9 +28,9 @@ std::string healthAfter(const Change &happens) {
             {support::makeAnalysis("waveform", channel), 9, 10.0, AnalysisStatus::State::running});
     }
     monitoring::StreamStatus stream;
-    stream.mac = "020000000001";
+    stream.key = "020000000001";
     stream.seen = true;
-    stream.declaredChannels = 2;
+    stream.declared.channels = 2;
     stream.gaps = 7;
     stream.refusedChannelAmount = 3;
     stream.refusedDataLength = 5;
@@ -61,7 +61,7 @@ TEST(Health, namesTheCause) {
         {silence, "channel 0, 1: no more frames"},
         {[](Status &status) {
              silence(status);
-             status.streams[0].declaredChannels = 8;
+             status.streams[0].declared.channels = 8;
              ++status.streams[0].refusedChannelAmount;
          },
          "declare 8 channels where up to 2 are configured (4 so far)"},
@@ -75,7 +75,7 @@ TEST(Health, namesTheCause) {
         {[](Status &status) { ++status.streams[0].refusedIncomplete; }, "they end before their samples do (1 so far)"},
         {[](Status &status) {
              status.analyses[1].state = AnalysisStatus::State::silent;
-             status.streams[0].declaredChannels = 1;
+             status.streams[0].declared.channels = 1;
          },
          "channel 1: its frames hold 1 channel only"},
         {[](Status &status) {

@@ -36,7 +36,7 @@ public:
 
 TEST(Timeline, knowsTheTimeOfSamplesAndWhereSomeAreMissing) {
     Facts facts;
-    monitoring::Timeline timeline(facts, 6, 48000);
+    monitoring::Timeline timeline(facts, {"020000000001", 2, 6}, 48000);
     facts.captureTime = 1'600'000'000'000'000; // of a frame that was refused
     timeline.update();
     EXPECT_FALSE(timeline.timeOf(0));

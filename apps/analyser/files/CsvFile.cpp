@@ -17,12 +17,11 @@ void CsvFile::begin() {
         "# sonvex-analyser " + qo::sonvexLib::getVersion() + "\n# device: " + common::oneLine(settings.device) + '\n';
     header += "# started: " + timeText(std::chrono::system_clock::now()) + '\n';
     for (const auto &stream : settings.streams) {
-        header += "# stream: " + stream.mac + ", " + std::to_string(stream.channels) + " channels, " +
-                  std::to_string(stream.samplesPerChannel) + " samples per channel in a packet\n";
+        header += "# stream: " + stream.key + ", " + stream.toString() + '\n';
     }
     for (const auto &analysis : settings.analyses) {
         header += std::string("# analysis: ") + analysis->kind().name + ", " + analysis->name() + ", stream " +
-                  analysis->channel().mac + ", channel " + std::to_string(analysis->channel().number) + ", amount " +
+                  analysis->channel().stream + ", channel " + std::to_string(analysis->channel().number) + ", amount " +
                   std::to_string(analysis->amount()) + " samples";
         for (const auto &setting : analysis->settings()) {
             header += ", " + setting.label + ' ' + setting.value + setting.physicalUnit;
@@ -35,7 +34,7 @@ void CsvFile::begin() {
     }
     const std::string limits = monitoring::describeLimits(settings.analyses, settings.bufferSize);
     header += limits.empty() ? "" : "# limits: " + limits + '\n';
-    header += "# index: of a waveform in samples at 48000 Hz from the first of the result, of a spectrum in bins, of "
+    header += "# index: of a waveform in samples from the first of the result, of a spectrum in bins, of "
               "levels 0 to 6 for";
     const char *separator = " ";
     for (const monitoring::LevelName &name : monitoring::levelNames) {
@@ -50,7 +49,7 @@ void CsvFile::begin() {
 void CsvFile::result(const monitoring::Result &result) {
     const monitoring::Analysis &analysis = *result.analysis;
     const bool isCurve = analysis.valueNames().empty();
-    const std::string start = analysis.kind().name + (',' + analysis.name()) + ',' + analysis.channel().mac + ',' +
+    const std::string start = analysis.kind().name + (',' + analysis.name()) + ',' + analysis.channel().stream + ',' +
                               std::to_string(analysis.channel().number) + ',' + std::to_string(result.sequence) + ',';
     const std::string end = ',' + (result.endTime ? timeText(*result.endTime) : "") + ',' +
                             std::to_string(result.endSample) + ',' + (result.behindGap ? '1' : '0') + '\n';

@@ -129,28 +129,24 @@ void LiveView::draw() {
                       std::to_string(settings.bufferSize) +
                       (settings.window > 0.0 ? "  window " + text::number(settings.window) + " s" : ""));
     const monitoring::StreamStatus refused = monitoring::refusals(latest);
-    append(lines,
-           "missed " + std::to_string(monitoring::packetsMissed(latest)) + "  refused " +
-               std::to_string(refused.refusedChannelAmount + refused.refusedDataLength + refused.refusedIncomplete) +
-               "  dropped " + std::to_string(latest.adapter.kernelDrops) + "  messages " +
-               std::to_string(latest.messages));
+    append(lines, "missed " + std::to_string(monitoring::packetsMissed(latest)) + "  refused " +
+                      std::to_string(refused.framesRefused()) + "  dropped " +
+                      std::to_string(latest.adapter.kernelDrops) + "  messages " + std::to_string(latest.messages));
     const std::string health = monitoring::describeHealth(latest, settings);
     append(lines, health.empty() ? "" : "! " + health);
+    for (const monitoring::StreamStatus &stream : latest.streams) {
+        if (const std::string clock = monitoring::describeClock(stream); !clock.empty()) {
+            append(lines, "! " + clock);
+        }
+    }
     std::vector<std::string> news;
     for (const auto &message : messages) {
         append(news, message);
     }
 
-    // A head and two rows are the least that says something; what has no room isn't drawn.
-    constexpr std::size_t leastRows = 3;
     const std::size_t fixedRows = lines.size() + news.size();
-    const std::size_t room = size.rows > fixedRows ? size.rows - fixedRows : 0;
-    const std::size_t shown =
-        std::clamp<std::size_t>(room / leastRows, 1, std::max<std::size_t>(latest.analyses.size(), 1));
-    for (std::size_t i = 0; i < std::min(shown, latest.analyses.size()); ++i) {
-        const auto part = panelLines(latest.analyses[i], {size.columns, room / shown});
-        lines.insert(lines.end(), part.begin(), part.end());
-    }
+    const auto drawn = drawPanels(columns, size.rows > fixedRows ? size.rows - fixedRows : 0);
+    lines.insert(lines.end(), drawn.begin(), drawn.end());
     lines.insert(lines.end(), news.begin(), news.end());
 
     std::string screen = home;
@@ -162,12 +158,73 @@ void LiveView::draw() {
     output->write(screen + clearToScreenEnd);
 }
 
-std::vector<std::string> LiveView::panelLines(const monitoring::AnalysisStatus &entry, Size size) {
+std::vector<std::string> LiveView::drawPanels(std::size_t columns, std::size_t rows) {
+    // A head and two rows are the least that says something; what has no room isn't drawn.
+    constexpr std::size_t leastRows = 3;
+    constexpr std::size_t ampleRows = 9;
+    constexpr std::size_t fullMeters = 4; // more of them are a line each
+    std::vector<const monitoring::AnalysisStatus *> shared;
+    std::vector<const monitoring::AnalysisStatus *> meters;
+    for (const auto &entry : latest.analyses) {
+        (panels.at(entry.analysis.get()).panel().hasLine() ? meters : shared).push_back(&entry);
+    }
+    if (meters.size() <= fullMeters) {
+        shared.insert(shared.end(), meters.begin(), meters.end());
+        meters.clear();
+    }
+    const std::size_t ample = std::min(rows / 2, ampleRows * shared.size());
+    const std::size_t meterRows = std::min(meters.size(), rows - ample);
+    const std::size_t room = rows - meterRows;
+    std::vector<std::string> lines;
+    if (!shared.empty()) {
+        const std::size_t shown = std::clamp<std::size_t>(room / leastRows, 1, shared.size());
+        for (std::size_t i = 0; i < shown; ++i) {
+            const auto part = panelLines(*shared[i], columns, room / shown);
+            lines.insert(lines.end(), part.begin(), part.end());
+        }
+    }
+    const auto part = meterLines(meters, columns, meterRows);
+    lines.insert(lines.end(), part.begin(), part.end());
+    return lines;
+}
+
+/// Side by side where one below the other they have no room.
+std::vector<std::string> LiveView::meterLines(const std::vector<const monitoring::AnalysisStatus *> &meters,
+                                              std::size_t columns, std::size_t rows) {
+    constexpr std::size_t leastColumns = 38;
+    if (meters.empty() || rows == 0) {
+        return {};
+    }
+    const std::size_t most = std::max<std::size_t>((columns + 1) / (leastColumns + 1), 1);
+    const std::size_t across = std::min((meters.size() + rows - 1) / rows, most);
+    const bool isEnough = across * rows >= meters.size();
+    const std::size_t down = isEnough ? rows : rows - 1;
+    const std::size_t width = (columns + 1) / across - 1;
+    std::vector<std::string> lines(down);
+    for (std::size_t i = 0; i < std::min(across * down, meters.size()); ++i) {
+        const monitoring::AnalysisStatus &entry = *meters[i];
+        const auto &channel = entry.analysis->channel();
+        const std::string number = std::to_string(channel.number);
+        const std::string title =
+            channel.stream + std::string(4 - std::min<std::size_t>(number.size(), 3), ' ') + number;
+        const bool isSilent = entry.state == monitoring::AnalysisStatus::State::silent;
+        std::string line = isSilent ? title + "  " + monitoring::describe(entry.state)
+                                    : panels.at(entry.analysis.get()).panel().drawLine(title, width);
+        line.resize(std::max(line.size(), isSilent ? width : 0), ' ');
+        lines[i % down] += (i < down ? "" : " ") + line;
+    }
+    if (!isEnough) {
+        lines.push_back("and " + text::counted(meters.size() - across * down, "more channel"));
+    }
+    return lines;
+}
+
+std::vector<std::string> LiveView::panelLines(const monitoring::AnalysisStatus &entry, std::size_t columns,
+                                              std::size_t rows) {
     Panel &panel = panels.at(entry.analysis.get()).panel();
-    const std::size_t columns = size.columns - 1;
     std::vector<std::string> lines{entry.analysis->name() + "  " + monitoring::describe(entry.state) + "  " +
                                    text::fixed(entry.resultsPerSecond, 1) + " results/s  " + panel.takeHeadline()};
-    const auto drawn = panel.draw(columns, size.rows > lines.size() ? size.rows - lines.size() : 0);
+    const auto drawn = panel.draw(columns, rows > lines.size() ? rows - lines.size() : 0);
     lines.insert(lines.end(), drawn.begin(), drawn.end());
     return lines;
 }

@@ -47,7 +47,10 @@ private:
 
     void draw();
     Size windowSize() const;
-    std::vector<std::string> panelLines(const monitoring::AnalysisStatus &entry, Size size);
+    std::vector<std::string> drawPanels(std::size_t columns, std::size_t rows);
+    std::vector<std::string> meterLines(const std::vector<const monitoring::AnalysisStatus *> &meters,
+                                        std::size_t columns, std::size_t rows);
+    std::vector<std::string> panelLines(const monitoring::AnalysisStatus &entry, std::size_t columns, std::size_t rows);
 
     const std::shared_ptr<Output> output;
     const monitoring::SessionSettings &settings;

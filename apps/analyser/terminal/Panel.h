@@ -24,6 +24,10 @@ public:
     virtual std::string takeHeadline() = 0;
     /// At most @p rows lines of at most @p columns characters.
     virtual std::vector<std::string> draw(std::size_t columns, std::size_t rows) = 0;
+    /// Whether it has a form of one line, for many of its kind.
+    virtual bool hasLine() const { return false; }
+    /// @param title what stands before @return exactly @p columns characters, if there is room for a title and a value
+    virtual std::string drawLine(const std::string &title, std::size_t /*columns*/) { return title; }
 };
 
 /// A meter of a view's own with its panel, for one analysis.

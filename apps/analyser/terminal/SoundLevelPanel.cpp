@@ -56,4 +56,18 @@ std::vector<std::string> SoundLevelPanel::draw(std::size_t columns, std::size_t 
     return lines;
 }
 
+std::string SoundLevelPanel::drawLine(const std::string &title, std::size_t columns) {
+    constexpr std::size_t roomForAll = 80; // columns
+    const auto &levels = meter.readings();
+    const auto text = [&](double level) { return padded(unit.text(level), numberWidth); };
+    std::string line = title;
+    if (columns >= roomForAll) {
+        line += "  A " + text(levels[0].level) + "  C " + text(levels[2].level) + "  Z " + text(levels[4].level) +
+                "  max " + text(levels[4].maximum) + ' ';
+    } else {
+        line += ' ' + text(levels[4].level) + ' ';
+    }
+    return line + bar(levels[4].level, levels[4].maximum, columns > line.size() ? columns - line.size() : 0);
+}
+
 } // namespace analyser

@@ -12,6 +12,9 @@ public:
 
     std::string takeHeadline() override;
     std::vector<std::string> draw(std::size_t columns, std::size_t rows) override;
+    bool hasLine() const override { return true; }
+    /// The fast levels, where there is room for them, and a bar of that without a weighting.
+    std::string drawLine(const std::string &title, std::size_t columns) override;
 
 private:
     /// "-3.0  max -3.0  eq -3.1"

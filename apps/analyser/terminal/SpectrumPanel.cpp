@@ -35,7 +35,8 @@ std::string axisLine(const FrequencyAxis &axis, std::size_t columns) {
                                            {2000.0, "2k"},
                                            {5000.0, "5k"},
                                            {10000.0, "10k"},
-                                           {20000.0, "20k Hz"}}) {
+                                           {20000.0, "20k Hz"},
+                                           {50000.0, "50k"}}) {
         const std::string text = label;
         const double position = axis.column(frequency);
         if (position < 0 || position + static_cast<double>(text.size()) > static_cast<double>(columns)) {

@@ -13,7 +13,7 @@ Analysis::Analysis(Channel channel, unsigned amount, ClockSettings clock)
 Analysis::~Analysis() = default;
 
 std::string Analysis::name() const {
-    return kind().name + std::string(1, '_') + place.mac + "_ch" + std::to_string(place.number);
+    return kind().name + std::string(1, '_') + place.stream + "_ch" + std::to_string(place.number);
 }
 
 void Analysis::configureProcessor(sonvex::iprocess::IProcessorConfigBase & /*config*/) const {}

@@ -23,8 +23,9 @@ class Meter;
 class Analysis {
 public:
     struct Channel {
-        std::string mac;     ///< of the stream
-        unsigned number = 0; ///< from 0
+        std::string stream;              ///< its key
+        unsigned number = 0;             ///< from 0
+        unsigned sampleRate = usualRate; ///< of the stream, Hz
     };
     /// For the heads of files: its name in one word and for the eye, and its value as text.
     struct Setting {
@@ -59,7 +60,7 @@ public:
     /// Samples that a result rests on, those of earlier results that it is averaged with included.
     virtual std::uint64_t extent() const { return samples; }
     /// Seconds from one result to the next.
-    double period() const { return resultClock.seconds() * cyclesPerResult(); }
+    double period() const { return resultClock.seconds(place.sampleRate) * cyclesPerResult(); }
 
     /// Why it can't be followed with a buffer of so many samples, as "holds no …"; empty if it can.
     virtual std::string bufferRefusal(unsigned /*bufferSize*/) const { return ""; }

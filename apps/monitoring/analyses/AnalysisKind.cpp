@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "common/MacAddress.h"
 #include "common/Refusal.h"
 #include "common/Text.h"
 #include "common/parseNumber.h"
+#include "common/streamArgument.h"
 #include "monitoring/analyses/SoundLevels.h"
 #include "monitoring/analyses/Spectrum.h"
 #include "monitoring/analyses/Waveform.h"
@@ -32,8 +32,8 @@ AnalysisValue::AnalysisValue(const AnalysisKind &kind, const std::string &text, 
     : kind(kind), title(optionOf(kind) + " '" + text + "'"), frame(frame) {
     const auto at = text.find('@');
     split = text::split(text.substr(0, at), ':');
-    address = at == std::string::npos ? frame.streams.front().mac
-                                      : common::toString(common::parseMacAddress(text.substr(at + 1), optionOf(kind)));
+    address = at == std::string::npos ? frame.streams.front().key
+                                      : common::parseStreamKey(text.substr(at + 1), optionOf(kind));
 }
 
 const std::vector<std::string> &AnalysisValue::parts(std::initializer_list<std::size_t> amounts) const {
@@ -50,14 +50,14 @@ std::string AnalysisValue::numberTitle(const char *number) const {
 Analysis::Channel AnalysisValue::channel() const {
     const auto number = common::parseNumber<unsigned>(split.front(), numberTitle("channel"), 0, maximumChannel);
     const auto stream = std::find_if(frame.streams.begin(), frame.streams.end(),
-                                     [&](const auto &candidate) { return candidate.mac == address; });
+                                     [&](const auto &candidate) { return candidate.key == address; });
     if (stream == frame.streams.end()) {
         refuse(" names a stream that no --stream gives");
     }
     if (number >= stream->channels) {
         refuse(": the stream " + address + " has the channels 0 to " + std::to_string(stream->channels - 1) + " only");
     }
-    return {address, number};
+    return {address, number, stream->sampleRate};
 }
 
 void AnalysisValue::refuse(const std::string &text) const {
@@ -73,7 +73,7 @@ Analyses parseAnalyses(const std::function<std::vector<std::string>(const char *
             const auto isSame = [&](const auto &other) { return other->name() == analysis->name(); };
             if (std::any_of(analyses.begin(), analyses.end(), isSame)) {
                 throw common::Refusal("channel " + std::to_string(analysis->channel().number) + " of the stream " +
-                                      analysis->channel().mac + " has two " + kind->plural + ", it can have one");
+                                      analysis->channel().stream + " has two " + kind->plural + ", it can have one");
             }
             analyses.push_back(std::move(analysis));
         }

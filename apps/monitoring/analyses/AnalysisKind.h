@@ -25,7 +25,7 @@ struct AnalysisKind {
 /// In the order in which analyses are shown.
 const std::vector<const AnalysisKind *> &analysisKinds();
 
-/// A value of an option, as CHANNEL:…[@MAC], and what it is read with.
+/// A value of an option, as CHANNEL:…[@STREAM], and what it is read with.
 class AnalysisValue {
 public:
     /// What all analyses of a command line share.

@@ -22,15 +22,21 @@ std::shared_ptr<const Analysis> parse(const AnalysisValue &value) {
     if (clock.period > maximumAmount / cyclesPerLevels) {
         value.refuse(" needs a clock of at most external:" + std::to_string(maximumAmount / cyclesPerLevels));
     }
-    return std::make_shared<SoundLevels>(value.channel(), clock, value.clock().internal);
+    const Analysis::Channel channel = value.channel();
+    if (channel.sampleRate != usualRate) {
+        value.refuse(": the stream " + channel.stream + " has " + std::to_string(channel.sampleRate) +
+                     " Hz, and sound levels can be measured at " + std::to_string(usualRate) + " Hz only");
+    }
+    return std::make_shared<SoundLevels>(channel, clock, value.clock().internal);
 }
 
 } // namespace
 
 const AnalysisKind SoundLevels::description = {
-    "levels", "sets of levels", "CHANNEL[@MAC]",
-    "CHANNEL[@MAC]: the A, C and Z levels of a channel with fast and slow time weighting, without a gap: one result "
-    "for six times the samples of the external clock. The internal clock does not drive them.",
+    "levels", "sets of levels", "CHANNEL[@STREAM]",
+    "CHANNEL[@STREAM]: the A, C and Z levels of a channel with fast and slow time weighting, without a gap: one result "
+    "for six times the samples of the external clock. The internal clock does not drive them. Of streams of 48 kHz "
+    "only.",
     parse};
 
 SoundLevels::SoundLevels(Channel channel, ClockSettings clock, bool timerIsWanted)

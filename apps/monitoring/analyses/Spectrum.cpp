@@ -17,13 +17,14 @@ constexpr unsigned minimumOrder = 2; // two samples have no window, and nothing 
 constexpr unsigned maximumOrder = 24;
 constexpr unsigned maximumMilliseconds = std::numeric_limits<int>::max();
 constexpr unsigned maximumCycles = 10000;
-constexpr unsigned samplesPerMillisecond = 48;
 
-unsigned cycleMilliseconds(const ClockSettings &clock) {
-    return clock.internal ? clock.period : clock.period / samplesPerMillisecond;
+/// Whole ones, as the library counts them.
+unsigned cycleMilliseconds(const ClockSettings &clock, unsigned sampleRate) {
+    return static_cast<unsigned>(clock.seconds(sampleRate) * 1000.0);
 }
 
-Spectrum::Averaging parseAveraging(const AnalysisValue &value, const std::string &unit, const std::string &number) {
+Spectrum::Averaging parseAveraging(const AnalysisValue &value, unsigned sampleRate, const std::string &unit,
+                                   const std::string &number) {
     if (unit == "average=cycles") {
         return {true, common::parseNumber<unsigned>(number, value.numberTitle("average=cycles"), 2, maximumCycles)};
     }
@@ -31,15 +32,15 @@ Spectrum::Averaging parseAveraging(const AnalysisValue &value, const std::string
         value.refuse(": an average is of the form average=cycles:N or average=ms:N");
     }
     const ClockSettings &clock = value.clock();
-    if (!clock.internal && clock.period < samplesPerMillisecond) {
-        value.refuse(" needs a clock of at least external:" + std::to_string(samplesPerMillisecond));
+    if (cycleMilliseconds(clock, sampleRate) == 0) {
+        value.refuse(" needs a clock of at least external:" + std::to_string((sampleRate + 999) / 1000));
     }
     const auto window = common::parseNumber<unsigned>(number, value.numberTitle("average=ms"), 1, maximumMilliseconds);
     const Spectrum::Averaging averaging{false, window};
-    const unsigned cycles = averaging.cycles(clock);
+    const unsigned cycles = averaging.cycles(clock, sampleRate);
     if (cycles < 2 || cycles > maximumCycles) {
         value.refuse(": a window has 2 to " + std::to_string(maximumCycles) + " cycles, of " +
-                     std::to_string(cycleMilliseconds(clock)) + " ms with this clock");
+                     std::to_string(cycleMilliseconds(clock, sampleRate)) + " ms with this clock");
     }
     return averaging;
 }
@@ -50,21 +51,21 @@ std::shared_ptr<const Analysis> parse(const AnalysisValue &value) {
     const auto order = common::parseNumber<unsigned>(parts[1], value.numberTitle("order"), minimumOrder, maximumOrder);
     std::optional<Spectrum::Averaging> averaging;
     if (parts.size() == 4) {
-        averaging = parseAveraging(value, parts[2], parts[3]);
+        averaging = parseAveraging(value, channel.sampleRate, parts[2], parts[3]);
     }
     return std::make_shared<Spectrum>(channel, order, averaging, value.clock());
 }
 
 } // namespace
 
-const AnalysisKind Spectrum::description = {
-    "spectrum", "spectra", "CHANNEL:ORDER[:average=cycles:N|ms:N][@MAC]",
-    "CHANNEL:ORDER[:average=cycles:N|ms:N][@MAC]: the power spectrum of 2^ORDER samples of a channel, ORDER 2 to 24, "
-    "through a Hann window; averaged over N results or milliseconds if wanted.",
-    parse};
+const AnalysisKind Spectrum::description = {"spectrum", "spectra", "CHANNEL:ORDER[:average=cycles:N|ms:N][@STREAM]",
+                                            "CHANNEL:ORDER[:average=cycles:N|ms:N][@STREAM]: the power spectrum of "
+                                            "2^ORDER samples of a channel, ORDER 2 to 24, "
+                                            "through a Hann window; averaged over N results or milliseconds if wanted.",
+                                            parse};
 
-unsigned Spectrum::Averaging::cycles(const ClockSettings &clock) const {
-    return inCycles ? window : window / cycleMilliseconds(clock);
+unsigned Spectrum::Averaging::cycles(const ClockSettings &clock, unsigned sampleRate) const {
+    return inCycles ? window : window / cycleMilliseconds(clock, sampleRate);
 }
 
 std::string Spectrum::Averaging::toString() const {
@@ -85,8 +86,9 @@ std::vector<Analysis::Setting> Spectrum::settings() const {
 }
 
 std::uint64_t Spectrum::extent() const {
-    const unsigned earlier = averaging ? averaging->cycles(clock()) - 1 : 0;
-    return amount() + static_cast<std::uint64_t>(earlier * clock().seconds() * sampleRate);
+    const unsigned earlier = averaging ? averaging->cycles(clock(), channel().sampleRate) - 1 : 0;
+    const double rate = channel().sampleRate;
+    return amount() + static_cast<std::uint64_t>(earlier * clock().seconds(channel().sampleRate) * rate);
 }
 
 std::string Spectrum::bufferRefusal(unsigned bufferSize) const {
@@ -120,8 +122,9 @@ void Spectrum::configureProcessor(sonvex::iprocess::IProcessorConfigBase &config
     }
     // A new processor starts with the window's size; set afterwards, a length counts too.
     auto &spectrum = dynamic_cast<sonvex::iprocess::ISpectrumConfig &>(config);
-    if (averaging->inCycles) {
-        spectrum.setMovingAverageWindowSize(averaging->window);
+    // The library takes a length for one at 48 kHz, where an external clock drives it.
+    if (averaging->inCycles || channel().sampleRate != usualRate) {
+        spectrum.setMovingAverageWindowSize(averaging->cycles(clock(), channel().sampleRate));
     } else {
         spectrum.setMovingAverageWindowLength(averaging->window);
     }

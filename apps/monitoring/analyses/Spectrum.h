@@ -14,7 +14,7 @@ public:
         bool inCycles = true;
         unsigned window = 0; ///< cycles or milliseconds
 
-        unsigned cycles(const ClockSettings &clock) const;
+        unsigned cycles(const ClockSettings &clock, unsigned sampleRate) const;
         /// As on the command line.
         std::string toString() const;
     };
@@ -25,7 +25,7 @@ public:
     Spectrum(Channel channel, unsigned order, std::optional<Averaging> averaging, ClockSettings clock);
 
     /// In Hz.
-    double binWidth() const { return sampleRate / amount(); }
+    double binWidth() const { return static_cast<double>(channel().sampleRate) / amount(); }
 
     const AnalysisKind &kind() const override { return description; }
     std::string unit() const override;

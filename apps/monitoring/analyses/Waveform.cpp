@@ -21,11 +21,11 @@ std::shared_ptr<const Analysis> parse(const AnalysisValue &value) {
 
 } // namespace
 
-const AnalysisKind Waveform::description = {
-    "waveform", "waveforms", "CHANNEL:AMOUNT[@MAC]",
-    "CHANNEL:AMOUNT[@MAC]: a curve of AMOUNT samples of a channel, counted from 0, of the stream MAC or of the first "
-    "one. May be repeated, once for each channel.",
-    parse};
+const AnalysisKind Waveform::description = {"waveform", "waveforms", "CHANNEL:AMOUNT[@STREAM]",
+                                            "CHANNEL:AMOUNT[@STREAM]: a curve of AMOUNT samples of a channel, counted "
+                                            "from 0, of a stream, as --stream names it, or of the first "
+                                            "one. May be repeated, once for each channel.",
+                                            parse};
 
 Waveform::Waveform(Channel channel, unsigned amount, ClockSettings clock)
     : Analysis(std::move(channel), amount, clock) {}
