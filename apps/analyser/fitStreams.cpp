@@ -81,22 +81,13 @@ StreamSettings completed(const StreamRequest &request, const WireStream &heard) 
     return stream;
 }
 
-StreamSettings fit(const StreamRequest &request, const Findings &findings, std::vector<std::string> &notes) {
-    if (request.isComplete()) {
-        return withDefaults(request);
-    }
-    const auto found = matching(request.key, findings);
+/// The one stream that is meant; null if none was heard.
+const WireStream *findOne(const std::string &key, const Findings &findings) {
+    const auto found = matching(key, findings);
     if (found.size() > 1) {
-        throw common::Refusal("the address " + request.key +
-                              " sends several streams, name one by its ID: " + named(found));
+        throw common::Refusal("the address " + key + " sends several streams, name one by its ID: " + named(found));
     }
-    if (!found.empty()) {
-        return completed(request, *found.front());
-    }
-    const StreamSettings stream = withDefaults(request);
-    notes.push_back("the stream " + request.key + " was not heard in " + text::fixed(findings.seconds, 1) +
-                    " s; what --stream leaves out is set to " + stream.toString());
-    return stream;
+    return found.empty() ? nullptr : found.front();
 }
 
 } // namespace
@@ -111,8 +102,17 @@ bool areHeard(const std::vector<StreamRequest> &requests, const Findings &findin
 
 FittedStreams fitStreams(const std::vector<StreamRequest> &requests, const Findings &findings) {
     FittedStreams fitted;
+    std::string unheard;
     for (const StreamRequest &request : requests) {
-        fitted.streams.push_back(fit(request, findings, fitted.notes));
+        const WireStream *heard = request.isComplete() ? nullptr : findOne(request.key, findings);
+        fitted.streams.push_back(heard != nullptr ? completed(request, *heard) : withDefaults(request));
+        if (!request.isComplete() && heard == nullptr) {
+            unheard += (unheard.empty() ? "" : ", ") + request.key;
+        }
+    }
+    if (!unheard.empty()) {
+        fitted.notes.push_back("not heard in " + text::fixed(findings.seconds, 1) + " s: " + unheard +
+                               "; what --stream leaves out is set to 2 channels, 6 samples and 16 bits");
     }
     return fitted;
 }

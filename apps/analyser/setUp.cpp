@@ -26,8 +26,8 @@ using std::chrono::milliseconds;
 constexpr milliseconds leastForNamed(100); // so that another stream of the same source is heard too
 constexpr milliseconds mostForNamed(1000);
 constexpr milliseconds leastForAll(1000);
-constexpr milliseconds mostForAll(3000); // while there is none
-constexpr std::size_t mostChannels = 64;
+constexpr milliseconds mostForAll(3000);  // while there is none
+constexpr std::size_t mostChannels = 128; // about half of a core of two
 constexpr std::size_t mostStreams = 64;
 
 template <class Condition>

@@ -93,8 +93,21 @@ std::string ofStream(const Condition &condition, const SessionSettings &settings
     }
 }
 
-std::string offset(double ppm) {
-    return (ppm < 0 ? "" : "+") + text::fixed(ppm, 0) + " ppm";
+/// Empty while it is in order.
+std::string troubleOf(const sonvex::StreamClock &clock) {
+    constexpr double wrongOffset = 100.0; // ppm
+    // A machine that stalls now and then sees arrivals hundreds of ppm off for some seconds.
+    constexpr double wrongArrivals = 1000.0;
+    std::string text;
+    const auto note = [&](bool applies, const std::string &part) {
+        text += !applies ? "" : (text.empty() ? "" : ", ") + part;
+    };
+    const auto offset = [](double ppm) { return (ppm < 0 ? "" : "+") + text::fixed(ppm, 0) + " ppm"; };
+    note(clock.timestampsUncertain > 0, text::counted(clock.timestampsUncertain, "frame") + " of uncertain time");
+    note(clock.restarts > 0, text::counted(clock.restarts, "restart"));
+    note(std::abs(clock.presentationOffset) > wrongOffset, "its rate is " + offset(clock.presentationOffset) + " off");
+    note(std::abs(clock.arrivalOffset) > wrongArrivals, "frames arrive " + offset(clock.arrivalOffset) + " off");
+    return text;
 }
 
 } // namespace
@@ -152,18 +165,17 @@ std::string describeHealth(const Status &status, const SessionSettings &settings
     return result.empty() ? describeLimits(settings.analyses, settings.bufferSize) : result;
 }
 
-std::string describeClock(const StreamStatus &stream) {
-    constexpr double wrongOffset = 100.0; // ppm
-    const sonvex::StreamClock &clock = stream.clock;
+std::string describeClocks(const Status &status) {
     std::string text;
-    const auto note = [&](bool applies, const std::string &part) {
-        text += !applies ? "" : (text.empty() ? "" : ", ") + part;
-    };
-    note(clock.timestampsUncertain > 0, text::counted(clock.timestampsUncertain, "frame") + " of uncertain time");
-    note(clock.restarts > 0, text::counted(clock.restarts, "restart"));
-    note(std::abs(clock.presentationOffset) > wrongOffset, "rate off by " + offset(clock.presentationOffset));
-    note(std::abs(clock.arrivalOffset) > wrongOffset, "arrivals off by " + offset(clock.arrivalOffset));
-    return text.empty() ? "" : "clock of " + stream.key + ": " + text;
+    std::size_t wrong = 0;
+    for (const StreamStatus &stream : status.streams) {
+        const std::string trouble = troubleOf(stream.clock);
+        wrong += trouble.empty() ? 0 : 1;
+        if (!trouble.empty() && wrong == 1) {
+            text = "the clock of " + stream.key + ": " + trouble;
+        }
+    }
+    return text + (wrong > 1 ? "; trouble with " + text::counted(wrong - 1, "more clock") : "");
 }
 
 std::uint64_t packetsMissed(const Status &status) {

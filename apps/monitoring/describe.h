@@ -18,8 +18,8 @@ std::string describe(const LeftOut &amount);
 std::string describe(const Condition &condition, const SessionSettings &settings);
 /// Of all conditions; of the limits of the analyses, if there is none; "" if all is well.
 std::string describeHealth(const Status &status, const SessionSettings &settings);
-/// What is wrong with the clock of a stream's media; "" while it is in order.
-std::string describeClock(const StreamStatus &stream);
+/// What is wrong with the clocks of the streams' media; "" while they are in order.
+std::string describeClocks(const Status &status);
 /// Breaks in the sequence, over all streams.
 std::uint64_t packetsMissed(const Status &status);
 /// What was refused, over all streams.

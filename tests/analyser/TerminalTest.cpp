@@ -154,6 +154,31 @@ TEST(LiveView, showsAToneAndTheNewsInAWindowOfAnySizeAndGivesTheTerminalBackWhil
     expectLeft(terminal, before);
 }
 
+TEST(LiveView, showsALineForEachOfManyChannelsAsFarAsTheyHaveRoom) {
+    support::Program talker(SONVEX_TALKER,
+                            {"--device", "lo", "--source", "020000000001", "--streams", "4", "--channels", "16",
+                             "--format", "int24", "--signal", "sine:1000:0.5", "--restart-at", "16000", "--restart-at",
+                             "40000", "--restart-at", "100000"});
+    Terminal terminal({90, 24}, ANALYSER_PROGRAM, {"monitor", "--device", "lo"});
+    EXPECT_TRUE(terminal.waitFor([&] { return terminal.shown().find("listening on lo: ") != std::string::npos; }));
+    const std::string level = " -9.0 ";
+    EXPECT_TRUE(terminal.waitFor(shows(terminal, "0200000000010000   0  " + level + "█")));
+    EXPECT_TRUE(terminal.waitFor(shows(terminal, "clock of 0200000000010000: ")));
+    EXPECT_TRUE(shows(terminal, "more channels")());
+    EXPECT_TRUE(shows(terminal, "waveform_0200000000010000_ch0  running")());
+    EXPECT_LE(picture(terminal).size(), 24U);
+    terminal.resize({320, 24});
+    EXPECT_TRUE(terminal.waitFor(shows(terminal, "0200000000010003  15  " + level)));
+    EXPECT_FALSE(shows(terminal, "more channels")());
+    terminal.resize({90, 90});
+    EXPECT_TRUE(terminal.waitFor(shows(terminal, "0200000000010003  15  A   -9.0  C   -9.0  Z   -9.0  max   -9.0 █")));
+    for (const std::string &line : picture(terminal)) {
+        EXPECT_LT(charactersOf(line), 90) << line;
+    }
+    terminal.type("\x03");
+    EXPECT_EQ(terminal.waitForChange(), 0);
+}
+
 TEST(LiveView, leavesTheScreenBeforeAnOutputIsWaitedForAndASecondCtrlCEndsTheProgramAtOnce) {
     support::Program talker(SONVEX_TALKER, {"--device", "lo", "--source", "020000000001"});
     const QTemporaryDir folder;

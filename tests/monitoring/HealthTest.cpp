@@ -19,7 +19,8 @@ using Change = std::function<void(Status &)>;
 std::string healthAfter(const Change &happens) {
     monitoring::SessionSettings settings;
     settings.device = "eth0";
-    settings.streams.push_back({"020000000001", 2, 6});
+    settings.streams.push_back(
+        {"020000000001", 2, 6, common::find(common::aafFormats, &common::AafFormat::name, "int24")});
     monitoring::Health health;
     Status status;
     status.seconds = -10.0;
@@ -30,7 +31,7 @@ std::string healthAfter(const Change &happens) {
     monitoring::StreamStatus stream;
     stream.key = "020000000001";
     stream.seen = true;
-    stream.declared.channels = 2;
+    stream.declared = {4, 2, 48, 48000};
     stream.gaps = 7;
     stream.refusedChannelAmount = 3;
     stream.refusedDataLength = 5;
@@ -64,14 +65,27 @@ TEST(Health, namesTheCause) {
              status.streams[0].declared.channels = 8;
              ++status.streams[0].refusedChannelAmount;
          },
-         "declare 8 channels where up to 2 are configured (4 so far)"},
+         "declare 8 channels where up to 2 are configured (4 so far); they declare int16, 8 channels, 3 samples, 48000 "
+         "Hz: "
+         "--stream 020000000001,channels=8,samples=3,format=int16"},
         {[](Status &status) { ++status.streams[0].refusedChannelAmount; },
          "lack samples: its frames are refused, they declare 2 channels"},
         {[](Status &status) {
              silence(status);
              ++status.streams[0].refusedDataLength;
          },
-         "6 samples of 16 bits for each of 2 channels (6 so far)"},
+         "6 samples of 24 bits (int24) for each of 2 channels (6 so far); they declare int16, 2 channels, 12 samples"},
+        {[](Status &status) {
+             ++status.streams[0].refusedFormat;
+             status.streams[0].declared = {2, 8, 192, 96000};
+         },
+         "lack samples: its frames are refused, their samples are no int24 (1 so far); they declare int32, 8 channels, "
+         "6 samples, 96000 Hz: --stream 020000000001,channels=8,samples=6,format=int32,rate=96000"},
+        {[](Status &status) {
+             ++status.streams[0].refusedSampleRate;
+             status.streams[0].declared = {5, 2, 8, 0};
+         },
+         "their rate is not 48000 Hz (1 so far); they declare format 5, 2 channels, 8 bytes"},
         {[](Status &status) { ++status.streams[0].refusedIncomplete; }, "they end before their samples do (1 so far)"},
         {[](Status &status) {
              status.analyses[1].state = AnalysisStatus::State::silent;

@@ -17,7 +17,7 @@ public:
     std::uint64_t getFramesRefused() const override { return refused; }
     int getFormat() const override { return 4; }
     int getChannelAmount() const override { return 2; }
-    int getDataLength() const override { return 24; }
+    int getDataLength() const override { return dataLength; }
     std::int64_t getCaptureTime() const override { return captureTime; }
     std::int64_t getSteadyTime() const override { return 0; }
     int getSampleRate() const override { return 48000; }
@@ -28,6 +28,7 @@ public:
     std::uint64_t getNonFiniteSamples() const override { return 0; }
     sonvex::StreamClock getClock() const override { return {}; }
 
+    int dataLength = 24;
     std::uint64_t taken = 0;
     std::uint64_t gaps = 0;
     std::uint64_t refused = 0;
@@ -70,6 +71,21 @@ TEST(Timeline, knowsTheTimeOfSamplesAndWhereSomeAreMissing) {
     facts.taken += 100'000;
     timeline.update();
     EXPECT_FALSE(timeline.hasGap(0, timeline.end())) << "long past";
+}
+
+TEST(Timeline, followsTheRateAndTheAmountThatFramesDeclare) {
+    Facts facts;
+    monitoring::Timeline timeline(
+        facts, {"020000000001", 2, 0, common::find(common::aafFormats, &common::AafFormat::name, "int16"), 96000},
+        96000);
+    facts.captureTime = 1'700'000'000'000'000;
+    for (const auto &[length, end] : {std::pair(24, 60U), {48, 180U}, {47, 300U}}) { // the last one was refused
+        facts.taken += 10;
+        facts.dataLength = length;
+        timeline.update();
+        EXPECT_EQ(timeline.end(), end);
+    }
+    EXPECT_EQ(timeline.timeOf(300).value() - timeline.timeOf(204).value(), std::chrono::milliseconds(1));
 }
 
 } // namespace

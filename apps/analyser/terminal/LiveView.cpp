@@ -134,10 +134,8 @@ void LiveView::draw() {
                       std::to_string(latest.adapter.kernelDrops) + "  messages " + std::to_string(latest.messages));
     const std::string health = monitoring::describeHealth(latest, settings);
     append(lines, health.empty() ? "" : "! " + health);
-    for (const monitoring::StreamStatus &stream : latest.streams) {
-        if (const std::string clock = monitoring::describeClock(stream); !clock.empty()) {
-            append(lines, "! " + clock);
-        }
+    if (const std::string clocks = monitoring::describeClocks(latest); !clocks.empty()) {
+        append(lines, "! " + clocks);
     }
     std::vector<std::string> news;
     for (const auto &message : messages) {
