@@ -49,10 +49,6 @@ std::string obstacleOfLength(const WireStream &stream) {
     if (stream.samples->greatest == 0) {
         return "its frames carry no samples";
     }
-    if (stream.samples->least != stream.samples->greatest) {
-        return "its packets hold " + std::to_string(stream.samples->least) + " to " +
-               std::to_string(stream.samples->greatest) + " samples of each channel; it takes the same amount in all";
-    }
     if (stream.samples->greatest > mostSamples) {
         return "its packets hold more than " + std::to_string(mostSamples) + " samples of each channel";
     }
@@ -74,9 +70,10 @@ void judge(WireStream &stream, bool sharesSource) {
     }
     const StreamFormat &format = stream.format;
     stream.hasSoundLevels = format.rate == usualRate;
+    const bool isSteady = stream.samples->least == stream.samples->greatest;
     stream.argument = common::streamArgument(stream.id ? common::toString(*stream.id) : common::toString(stream.source),
-                                             *format.channels, stream.samples->greatest, *format.samples(),
-                                             static_cast<unsigned>(*format.rate));
+                                             *format.channels, isSteady ? stream.samples->greatest : 0,
+                                             *format.samples(), static_cast<unsigned>(*format.rate));
 }
 
 } // namespace discovery

@@ -230,7 +230,7 @@ TEST(Survey, followsTheSequenceAndEachChange) {
     EXPECT_NEAR(stream.arrivalDistance->least, 0.0001, 1e-12);
     EXPECT_NEAR(stream.arrivalDistance->mean, 0.00015, 1e-12);
     EXPECT_NEAR(stream.arrivalDistance->greatest, 0.0003, 1e-12);
-    EXPECT_NE(stream.obstacle.find("hold 3 to 6 samples"), std::string::npos) << stream.obstacle;
+    EXPECT_NE(stream.argument.find(",samples=0,"), std::string::npos) << stream.argument; // 3 to 6
 }
 
 /// A talker whose media clock is so many ppm too fast, as is the rate at which its frames arrive, with jitter.

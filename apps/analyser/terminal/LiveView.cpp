@@ -81,6 +81,10 @@ void LiveView::result(const monitoring::Result &result) {
 }
 
 void LiveView::message(const monitoring::Message &message) {
+    if (message.change && message.change->before < 0 &&
+        message.change->after == static_cast<int>(message.change->configured)) {
+        return; // a stream begins as it should
+    }
     messages.push_back(monitoring::describe(message));
     if (messages.size() > shownMessages) {
         messages.pop_front();
