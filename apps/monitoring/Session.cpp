@@ -1,6 +1,7 @@
 #include "monitoring/Session.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include <QCoreApplication>
@@ -95,13 +96,16 @@ StreamStatus statusOf(const std::string &key, const sonvex::IStreamFacts &facts)
 }
 
 sonvex::SampleFormat formatOf(const common::AafFormat &format) {
-    constexpr unsigned widest = 4; // bytes
-    if (format.name == "float32") {
-        return sonvex::SampleFormat::Float32;
+    using Format = sonvex::SampleFormat;
+    for (const auto &[name, value] : {std::pair("int16", Format::Int16),
+                                      {"int24", Format::Int24},
+                                      {"int32", Format::Int32},
+                                      {"float32", Format::Float32}}) {
+        if (format.name == name) {
+            return value;
+        }
     }
-    return format.bytes == widest ? sonvex::SampleFormat::Int32
-           : format.bytes == 2    ? sonvex::SampleFormat::Int16
-                                  : sonvex::SampleFormat::Int24;
+    throw std::logic_error("a format that the library does not know");
 }
 
 sonvex::IDeviceConfiguration &deviceOf(const StreamSettings &stream, sonvex::IBufferConfiguration &buffer) {

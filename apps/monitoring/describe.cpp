@@ -194,6 +194,7 @@ StreamStatus refusals(const Status &status) {
         all.refusedIncomplete += stream.refusedIncomplete;
         all.refusedFormat += stream.refusedFormat;
         all.refusedSampleRate += stream.refusedSampleRate;
+        all.nonFiniteSamples += stream.nonFiniteSamples;
     }
     return all;
 }
@@ -208,7 +209,11 @@ std::string summaryText(const Status &status, const std::string &linePrefix) {
                        ", as incomplete: " + std::to_string(refused.refusedIncomplete) +
                        ", for the format: " + std::to_string(refused.refusedFormat) +
                        ", for the sample rate: " + std::to_string(refused.refusedSampleRate) +
-                       ", dropped by this machine: " + std::to_string(status.adapter.kernelDrops) + '\n';
+                       ", dropped by this machine: " + std::to_string(status.adapter.kernelDrops);
+    if (refused.nonFiniteSamples > 0) {
+        text += ", samples that are no numbers and were taken as 0: " + std::to_string(refused.nonFiniteSamples);
+    }
+    text += '\n';
     for (const auto &entry : status.analyses) {
         text += linePrefix + entry.analysis->name() + ": " + text::counted(entry.results, "result") + '\n';
     }

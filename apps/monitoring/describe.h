@@ -22,7 +22,7 @@ std::string describeHealth(const Status &status, const SessionSettings &settings
 std::string describeClocks(const Status &status);
 /// Breaks in the sequence, over all streams.
 std::uint64_t packetsMissed(const Status &status);
-/// What was refused, over all streams.
+/// What was refused or is no number, over all streams.
 StreamStatus refusals(const Status &status);
 /// The summary for the eye, one line each for the run and every analysis.
 std::string summaryText(const Status &status, const std::string &linePrefix);

@@ -115,7 +115,14 @@ TEST(Wire, bringsEachFormatToTheLastBit) {
         arguments.insert(arguments.end(),
                          {"--stream", source, "--waveform", "1:480@" + source, "--spectrum", "1:8@" + source});
     }
-    waitForStreams("lo", cases.size());
+    const std::string broken = "02000000000a";
+    std::vector<std::string> faults = {"--device", "lo", "--source", broken, "--format", "float32", "--channels", "1"};
+    for (int frame = 0; frame < 100; ++frame) {
+        faults.insert(faults.end(), {"--non-finite", std::to_string(1000 * frame)});
+    }
+    const support::Program brokenTalker(SONVEX_TALKER, faults);
+    arguments.insert(arguments.end(), {"--stream", broken, "--levels", "0@" + broken});
+    waitForStreams("lo", cases.size() + 1);
     const auto result = monitor("lo", arguments).wait();
     ASSERT_EQ(result.exitStatus, 0) << result.err;
     EXPECT_NE(result.err.find(" s: 020000000009; what --stream leaves out is"), std::string::npos) << result.err;
@@ -144,6 +151,9 @@ TEST(Wire, bringsEachFormatToTheLastBit) {
                       .toStdString(),
                   cases[i].format);
     }
+    const QJsonArray streams = member(found["summary"].at(0), "streams").toArray();
+    EXPECT_GT(member(streams.last(), "nonFiniteSamples").toInt(), 0) << result.out.substr(result.out.size() - 2000);
+    EXPECT_EQ(member(streams.first(), "nonFiniteSamples").toInt(-1), 0);
     support::expectRefusal(monitor("lo", {"--stream", "020000000003", "--levels", "0"}).wait(), 2,
                            "has 96000 Hz, and sound levels can be measured at 48000 Hz only");
 }
