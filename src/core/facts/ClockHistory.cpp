@@ -87,8 +87,7 @@ void ClockHistory::record(std::uint32_t presentation, bool valid) {
     Record &newest = records[index % capacity];
     newest.captured.store(latest, std::memory_order_release);
     newest.counts.store(packed(position, static_cast<std::uint32_t>(arrivals.get())), std::memory_order_release);
-    newest.playing.store(packed(presentation, (valid ? Valid : 0U) | (breaks ? Break : 0U)),
-                         std::memory_order_release);
+    newest.playing.store(packed(presentation, (valid ? Valid : 0U) | (breaks ? Break : 0U)), std::memory_order_release);
     newest.distances.store(first ? packed(std::numeric_limits<std::uint32_t>::max(), 0)
                                  : packed(limited(least), limited(greatest)),
                            std::memory_order_release);
