@@ -1,5 +1,6 @@
 #include "pcapplus/UntaggedFrame.h"
 
+#include <algorithm>
 #include <memory>
 #include <numeric>
 #include <vector>
@@ -12,9 +13,9 @@ using Bytes = std::vector<std::uint8_t>;
 
 /// Addresses that differ in each byte, then @p rest.
 Bytes frame(const Bytes &rest) {
-    Bytes bytes(12);
-    std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
-    bytes.insert(bytes.end(), rest.begin(), rest.end());
+    Bytes bytes(12 + rest.size());
+    std::iota(bytes.begin(), bytes.begin() + 12, std::uint8_t{1});
+    std::copy(rest.begin(), rest.end(), bytes.begin() + 12);
     return bytes;
 }
 
