@@ -23,9 +23,6 @@ public:
      * @throws exceptions::InstanceNotCreateable for any other text
      */
     explicit StreamId(const std::string &text);
-    StreamId(const StreamId &);
-    ~StreamId();
-    StreamId &operator=(const StreamId &);
 
     Bytes getBytes() const;
     /// 16 lower-case digits: what stands for the stream wherever the address of a device would.

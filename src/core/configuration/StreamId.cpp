@@ -45,10 +45,6 @@ StreamId::StreamId(const std::string &text) : bytes{} {
     }
 }
 
-StreamId::StreamId(const StreamId &) = default;
-StreamId::~StreamId() = default;
-StreamId &StreamId::operator=(const StreamId &) = default;
-
 StreamId::Bytes StreamId::getBytes() const {
     return bytes;
 }
